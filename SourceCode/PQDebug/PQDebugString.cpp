@@ -1,0 +1,88 @@
+#include "PQDebug/PQDebugString.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <climits>
+#include <cmath>
+#include <system_error>
+
+namespace PQ_DEBUG {
+namespace {
+
+template <class Integer> kstring toDecimal(Integer value) {
+    std::array<char, 24> buffer{};
+    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+    return {buffer.data(), result.ptr};
+}
+
+bool isBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
+}
+
+} // namespace
+
+kstring PQDebugString::fromIntToWstring(int value) { return toDecimal(value); }
+kstring PQDebugString::fromIntToWstring(long value) { return toDecimal(value); }
+kstring PQDebugString::fromIntToWstring(long long value) { return toDecimal(value); }
+kstring PQDebugString::fromLongLongToWstring(long long value) { return toDecimal(value); }
+kstring PQDebugString::fromULongLongToWstring(unsigned long long value) { return toDecimal(value); }
+kstring PQDebugString::fromUnsignedIntToWstring(unsigned int value) { return toDecimal(value); }
+kstring PQDebugString::fromIntToString(int value) { return toDecimal(value); }
+
+kstring PQDebugString::fromDoubleToWstring(double value, int precision) {
+    if (std::isnan(value)) {
+        return "nan";
+    }
+    if (std::isinf(value)) {
+        return value < 0 ? "-inf" : "inf";
+    }
+    constexpr int kMaxPrecision = 30;
+    precision = std::clamp(precision, 0, kMaxPrecision);
+    // 309 integer digits at most for a finite double, a sign, a point and
+    // the fractional digits.
+    std::array<char, 320 + kMaxPrecision> buffer{};
+    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                      std::chars_format::fixed, precision);
+    if (result.ec != std::errc()) {
+        return "nan";
+    }
+    return {buffer.data(), result.ptr};
+}
+
+int PQDebugString::fromWstringToInt(const kstring& text) {
+    std::size_t i = 0;
+    while (i < text.size() && isBlank(text[i])) {
+        ++i;
+    }
+    bool negative = false;
+    if (i < text.size() && (text[i] == '+' || text[i] == '-')) {
+        negative = text[i] == '-';
+        ++i;
+    }
+    // Accumulate as a negative number so that INT_MIN is reachable.
+    long long value = 0;
+    for (; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i) {
+        value = value * 10 - (text[i] - '0');
+        if (value < static_cast<long long>(INT_MIN)) {
+            return negative ? INT_MIN : INT_MAX;
+        }
+    }
+    if (negative) {
+        return static_cast<int>(value);
+    }
+    return value < -static_cast<long long>(INT_MAX) ? INT_MAX : static_cast<int>(-value);
+}
+
+kstring PQDebugString::fromWstringToString(const kstring& text) { return text; }
+kstring PQDebugString::fromStringToWstring(const kstring& text) { return text; }
+
+std::unique_ptr<kstring> PQDebugString::fromStringToWstring_ptr(const kstring& text) {
+    return std::make_unique<kstring>(text);
+}
+
+std::unique_ptr<kstring> PQDebugString::fromStringToKstring_ptr(const kstring& text) {
+    return std::make_unique<kstring>(text);
+}
+
+} // namespace PQ_DEBUG

@@ -1,0 +1,27 @@
+#include "PQDebug/Resources/PQAdvancedConst.h"
+
+#include "PQDebug/PQDebugString.h"
+
+namespace PQ_DEBUG {
+
+PQNameRegistry& PQAdvancedConst::get_intToWstringMap_g() {
+    static PQNameRegistry registry;
+    return registry;
+}
+
+PQNameRegistry& PQAdvancedConst::get_wstringToIntMap_g() {
+    static PQNameRegistry registry;
+    return registry;
+}
+
+void PQAdvancedConst::reverseMap(PQObjectType tableId) {
+    const PQNameRegistry& values = get_intToWstringMap_g();
+    const auto found = values.find(tableId);
+    if (found == values.end() || !found->second) {
+        throw std::logic_error("reverseMap: no value-to-name table for type " +
+                               PQDebugString::fromIntToWstring(static_cast<int>(tableId)));
+    }
+    found->second.buildReverse(get_wstringToIntMap_g()[tableId]);
+}
+
+} // namespace PQ_DEBUG

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <algorithm>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "PQDebug/PQDebug.h"
+
+namespace pqtest {
+
+// Routes the debug library's records into a list for the lifetime of the
+// object, then restores the default output.
+class LogCapture {
+public:
+    LogCapture() {
+        PQ_DEBUG::PQDebug::setLogSink([this](const PQ_DEBUG::PQLogRecord& record) {
+            const std::lock_guard lock(m_mutex);
+            m_records.push_back(record);
+        });
+    }
+    LogCapture(const LogCapture&) = delete;
+    LogCapture& operator=(const LogCapture&) = delete;
+    ~LogCapture() { PQ_DEBUG::PQDebug::setLogSink(nullptr); }
+
+    [[nodiscard]] std::vector<PQ_DEBUG::PQLogRecord> records() const {
+        const std::lock_guard lock(m_mutex);
+        return m_records;
+    }
+    [[nodiscard]] std::size_t count(PQ_DEBUG::PQLogType type) const {
+        const std::lock_guard lock(m_mutex);
+        return static_cast<std::size_t>(
+            std::count_if(m_records.begin(), m_records.end(),
+                          [type](const PQ_DEBUG::PQLogRecord& r) { return r.logType == type; }));
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    std::vector<PQ_DEBUG::PQLogRecord> m_records;
+};
+
+// Sets a log level for the lifetime of the object.
+class ScopedLogLevel {
+public:
+    ScopedLogLevel(PQ_DEBUG::PQLogType type, int level)
+        : m_type(type), m_previous(PQ_DEBUG::PQDebug::getLogLevel(type)) {
+        PQ_DEBUG::PQDebug::setLogLevel(type, level);
+    }
+    ScopedLogLevel(const ScopedLogLevel&) = delete;
+    ScopedLogLevel& operator=(const ScopedLogLevel&) = delete;
+    ~ScopedLogLevel() { PQ_DEBUG::PQDebug::setLogLevel(m_type, m_previous); }
+
+private:
+    PQ_DEBUG::PQLogType m_type;
+    int m_previous;
+};
+
+} // namespace pqtest
