@@ -1,0 +1,167 @@
+#include "PQUtils/Utils/PQFailure.h"
+
+#include <string>
+
+namespace PQ_UTILS {
+
+void func_TREAT_PQ_EXCEPTION(PQException& caught, bool logCallChain, const std::string& context,
+                             PQLogType logType, int errorCode, bool recordFrame,
+                             const char* function, const char* file, int line) {
+    PQException::func_TREAT_PQ_EXCEPTION(caught, logCallChain, context, logType, errorCode,
+                                         recordFrame, function, file, line);
+}
+
+PQException func_TREAT_STD_EXCEPTION(std::exception& caught, bool logCallChain,
+                                     const std::string& context, PQLogType logType, int errorCode,
+                                     bool recordFrame, const char* function, const char* file,
+                                     int line) {
+    return PQException::func_TREAT_STD_EXCEPTION(caught, logCallChain, context, logType, errorCode,
+                                                 recordFrame, function, file, line);
+}
+
+PQException func_TREAT_UNKNOWN_EXCEPTION(bool logCallChain, const std::string& context,
+                                         PQLogType logType, int errorCode, bool recordFrame,
+                                         const char* function, const char* file, int line) {
+    return PQException::func_TREAT_UNKNOWN_EXCEPTION(logCallChain, context, logType, errorCode,
+                                                     recordFrame, function, file, line);
+}
+
+PQException func_TREAT_PQ_EXCEPTION_P(PQException* caught, bool logCallChain,
+                                      const std::string& context, PQLogType logType, int errorCode,
+                                      bool recordFrame, const char* function, const char* file,
+                                      int line) {
+    return PQException::func_TREAT_PQ_EXCEPTION_P(caught, logCallChain, context, logType, errorCode,
+                                                  recordFrame, function, file, line);
+}
+
+PQException func_TREAT_STD_EXCEPTION_P(std::exception* caught, bool logCallChain,
+                                       const std::string& context, PQLogType logType, int errorCode,
+                                       bool recordFrame, const char* function, const char* file,
+                                       int line) {
+    return PQException::func_TREAT_STD_EXCEPTION_P(caught, logCallChain, context, logType,
+                                                   errorCode, recordFrame, function, file, line);
+}
+
+void func_TREAT_PQ_EXCEPTION_FINAL(PQException& caught, bool logCallChain,
+                                   const std::string& context, PQLogType logType, int errorCode,
+                                   bool recordFrame, bool flush, const char* function,
+                                   const char* file, int line) {
+    PQException::func_TREAT_PQ_EXCEPTION_FINAL(caught, logCallChain, context, logType, errorCode,
+                                               recordFrame, flush, function, file, line);
+}
+
+void func_TREAT_STD_EXCEPTION_FINAL(std::exception& caught, bool logCallChain,
+                                    const std::string& context, PQLogType logType, int errorCode,
+                                    bool recordFrame, bool flush, const char* function,
+                                    const char* file, int line) {
+    PQException::func_TREAT_STD_EXCEPTION_FINAL(caught, logCallChain, context, logType, errorCode,
+                                                recordFrame, flush, function, file, line);
+}
+
+void func_TREAT_PQ_EXCEPTION_P_FINAL(PQException* caught, bool logCallChain,
+                                     const std::string& context, PQLogType logType, int errorCode,
+                                     bool recordFrame, bool flush, const char* function,
+                                     const char* file, int line) {
+    PQException::func_TREAT_PQ_EXCEPTION_P_FINAL(caught, logCallChain, context, logType, errorCode,
+                                                 recordFrame, flush, function, file, line);
+}
+
+void func_TREAT_STD_EXCEPTION_P_FINAL(std::exception* caught, bool logCallChain, PQLogType logType,
+                                      int errorCode, bool recordFrame, bool flush,
+                                      const char* function, const char* file, int line) {
+    PQException::func_TREAT_STD_EXCEPTION_P_FINAL(caught, logCallChain, logType, errorCode,
+                                                  recordFrame, flush, function, file, line);
+}
+
+void func_TREAT_UNKNOWN_EXCEPTION_FINAL(bool logCallChain, const std::string& context,
+                                        PQLogType logType, int errorCode, bool recordFrame,
+                                        bool flush, const char* function, const char* file,
+                                        int line) {
+    PQException::func_TREAT_UNKNOWN_EXCEPTION_FINAL(logCallChain, context, logType, errorCode,
+                                                    recordFrame, flush, function, file, line);
+}
+
+namespace frame {
+namespace {
+
+// What every frame of the library passes besides its site and context.
+constexpr bool kLogCallChain = false;
+constexpr PQLogType kLogType = PQ_DEBUG::PQLogType_EXCEPTION;
+constexpr int kErrorCode = 1;
+constexpr bool kRecordFrame = true;
+constexpr bool kFlushFinal = true;
+
+} // namespace
+
+void treat(PQException& caught, const std::string& context, const PQSite& site) {
+    func_TREAT_PQ_EXCEPTION(caught, kLogCallChain, context, kLogType, kErrorCode, kRecordFrame,
+                            site.function, site.file, site.line);
+}
+
+PQException treat(std::exception& caught, const std::string& context, const PQSite& site) {
+    return func_TREAT_STD_EXCEPTION(caught, kLogCallChain, context, kLogType, kErrorCode,
+                                    kRecordFrame, site.function, site.file, site.line);
+}
+
+PQException treatUnknown(const std::string& context, const PQSite& site) {
+    return func_TREAT_UNKNOWN_EXCEPTION(kLogCallChain, context, kLogType, kErrorCode, kRecordFrame,
+                                        site.function, site.file, site.line);
+}
+
+void treatFinal(PQException& caught, bool logCallChain, const std::string& context,
+                const PQSite& site) {
+    func_TREAT_PQ_EXCEPTION_FINAL(caught, logCallChain, context, kLogType, kErrorCode, kRecordFrame,
+                                  kFlushFinal, site.function, site.file, site.line);
+}
+
+void treatFinal(std::exception& caught, bool logCallChain, const std::string& context,
+                const PQSite& site) {
+    func_TREAT_STD_EXCEPTION_FINAL(caught, logCallChain, context, kLogType, kErrorCode,
+                                   kRecordFrame, kFlushFinal, site.function, site.file, site.line);
+}
+
+void treatUnknownFinal(bool logCallChain, const std::string& context, const PQSite& site) {
+    func_TREAT_UNKNOWN_EXCEPTION_FINAL(logCallChain, context, kLogType, kErrorCode, kRecordFrame,
+                                       kFlushFinal, site.function, site.file, site.line);
+}
+
+PQException assertionFailure(std::string_view condition, std::string_view suffix,
+                             const PQSite& site) {
+    std::string message;
+    message.reserve(condition.size() + suffix.size() + 16);
+    message.append(condition).append(" should be true").append(suffix);
+    return {PQ_DEBUG::PQExceptionType_BAS_EXCEPTION,
+            site.file,
+            site.function,
+            site.line,
+            std::move(message),
+            PQException::get_PQ_EX_ANORMAL(),
+            true,
+            false,
+            kLogType,
+            false};
+}
+
+PQNullPointerException nullPointer(std::string_view expression, const PQSite& site) {
+    std::string message = "Null variable : ";
+    message.append(expression).append(" - ");
+    return {site.file,
+            site.function,
+            site.line,
+            std::string(expression),
+            std::move(message),
+            PQException::get_PQ_EX_ANORMAL(),
+            true,
+            kLogType,
+            false};
+}
+
+} // namespace frame
+
+void traceMessageFrom(std::string_view function, std::string_view text) {
+    std::string trace = "Trace message from : \n\n";
+    trace.append(function).append("\n\n").append(text);
+    PQ_DEBUG::PQDebug::Trace_Debug(trace, false);
+}
+
+} // namespace PQ_UTILS

@@ -1,0 +1,52 @@
+#include <memory>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "PQDebug/Resources/PQObjectType.h"
+#include "PQUtils/Utils/PQIdentity.h"
+#include "PQUtils/Utils/PQString.h"
+#include "PQUtils/Utils/PQUtil.h"
+
+using PQ_UTILS::PQIdentifiable;
+
+namespace identity_test {
+
+// Stand-ins named like two library classes, to show the mechanism on a
+// hierarchy before the real order classes exist.
+class PQOrder : public PQIdentifiable {
+    PQ_IDENTITY(PQOrder)
+};
+
+class PQJsonObject : public PQOrder {
+    PQ_IDENTITY(PQJsonObject)
+};
+
+class Unregistered : public PQOrder {
+    PQ_IDENTITY(Unregistered)
+};
+
+} // namespace identity_test
+
+TEST(PQIdentity, DerivedObjectReportsItsOwnTypeThroughABasePointer) {
+    const std::unique_ptr<identity_test::PQOrder> order =
+        std::make_unique<identity_test::PQJsonObject>();
+    EXPECT_EQ(order->get_className_nonStatic(), "PQJsonObject");
+    EXPECT_EQ(order->get_className_nonStatic_string(), "PQJsonObject");
+    EXPECT_EQ(order->get_objectType(), PQ_DEBUG::PQObjectType_PQJsonObject);
+    EXPECT_EQ(identity_test::PQOrder().get_objectType(), PQ_DEBUG::PQObjectType_PQOrder);
+}
+
+TEST(PQIdentity, UtilityClassesCarryTheTrio) {
+    EXPECT_EQ(PQ_UTILS::PQString().get_objectType(), PQ_DEBUG::PQObjectType_PQString);
+    EXPECT_EQ(PQ_UTILS::PQUtil().get_className_nonStatic(), "PQUtil");
+}
+
+TEST(PQIdentity, UnregisteredNameIsTheLookupFailure) {
+    try {
+        (void)identity_test::Unregistered().get_objectType();
+        FAIL() << "no exception";
+    } catch (const PQ_DEBUG::PQException& e) {
+        EXPECT_EQ(e.get_message(), "Value not valid : 'Unregistered'' - type: 60' tablesize=15");
+    }
+}
