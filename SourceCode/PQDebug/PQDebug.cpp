@@ -43,9 +43,11 @@ struct LogState {
     }
 };
 
+// Never destroyed, so that objects destroyed at exit can still log; the
+// operating system closes the file.
 LogState& logState() {
-    static LogState state;
-    return state;
+    static LogState* const state = new LogState();
+    return *state;
 }
 
 void appendTimestamp(std::string& line) {

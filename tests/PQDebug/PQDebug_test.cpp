@@ -9,6 +9,7 @@
 
 #include "PQDebug/PQDebug.h"
 #include "PQDebug/PQException.h"
+#include "PQDebug/PQUtil_macosx.h"
 #include "support/LogCapture.h"
 
 using PQ_DEBUG::PQDebug;
@@ -98,6 +99,12 @@ TEST(PQDebug, DefaultOutputWritesOneEscapedLinePerRecord) {
 
 TEST(PQDebug, UnopenableLogFileIsReportedAndTheOldOneKept) {
     EXPECT_THROW(PQDebug::setLogFile("/nonexistent-dir/pq.log"), PQ_DEBUG::PQException);
+}
+
+TEST(PQDebug, ComputerNameIsTheHostsName) {
+    const std::string name = PQDEBUG_MACOSX::PQUtil_macosx::getComputerName();
+    EXPECT_FALSE(name.empty());
+    EXPECT_EQ(name.find('\0'), std::string::npos);
 }
 
 TEST(PQDebug, RecordsFromManyThreadsNeverInterleave) {

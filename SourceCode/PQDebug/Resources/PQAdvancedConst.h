@@ -83,9 +83,7 @@ private:
         void (*reverse)(const void*, PQNameTablePointer&);
     };
 
-    template <class Map> static void destroyTable(void* table) {
-        delete static_cast<Map*>(table); // NOLINT(cppcoreguidelines-owning-memory)
-    }
+    template <class Map> static void destroyTable(void* table) { delete static_cast<Map*>(table); }
 
     template <class Map> static void reverseTable(const void* table, PQNameTablePointer& reverse) {
         using Value = typename Map::key_type;
