@@ -116,6 +116,19 @@ public:
         return converted;
     }
 
+    // The pointer forms: a null pointer is an unknown failure.
+    static PQException fromPointer(PQException* caught, const PQTreatmentFrame& frame) {
+        if (caught == nullptr) {
+            return fromUnknown(frame);
+        }
+        treat(*caught, "PQException", frame, false);
+        return *caught;
+    }
+
+    static PQException fromPointer(std::exception* caught, const PQTreatmentFrame& frame) {
+        return caught == nullptr ? fromUnknown(frame) : fromStd(*caught, frame);
+    }
+
 private:
     static const char* safe(const char* text) { return text != nullptr ? text : ""; }
 };
@@ -152,13 +165,8 @@ PQException PQException::func_TREAT_PQ_EXCEPTION_P(PQException* caught, bool log
                                                    int errorCode, bool recordFrame,
                                                    const char* function, const char* file,
                                                    int line) {
-    const PQTreatmentFrame frame{logCallChain, context,  logType, errorCode, recordFrame,
-                                 false,        function, file,    line};
-    if (caught == nullptr) {
-        return PQTreatment::fromUnknown(frame);
-    }
-    PQTreatment::treat(*caught, "PQException", frame, false);
-    return *caught;
+    return PQTreatment::fromPointer(caught, {logCallChain, context, logType, errorCode, recordFrame,
+                                             false, function, file, line});
 }
 
 PQException PQException::func_TREAT_STD_EXCEPTION_P(std::exception* caught, bool logCallChain,
@@ -166,10 +174,8 @@ PQException PQException::func_TREAT_STD_EXCEPTION_P(std::exception* caught, bool
                                                     int errorCode, bool recordFrame,
                                                     const char* function, const char* file,
                                                     int line) {
-    const PQTreatmentFrame frame{logCallChain, context,  logType, errorCode, recordFrame,
-                                 false,        function, file,    line};
-    return caught == nullptr ? PQTreatment::fromUnknown(frame)
-                             : PQTreatment::fromStd(*caught, frame);
+    return PQTreatment::fromPointer(caught, {logCallChain, context, logType, errorCode, recordFrame,
+                                             false, function, file, line});
 }
 
 void PQException::func_TREAT_PQ_EXCEPTION_FINAL(PQException& caught, bool logCallChain,
@@ -195,13 +201,8 @@ void PQException::func_TREAT_PQ_EXCEPTION_P_FINAL(PQException* caught, bool logC
                                                   int errorCode, bool recordFrame, bool flush,
                                                   const char* function, const char* file,
                                                   int line) {
-    const PQTreatmentFrame frame{logCallChain, context,  logType, errorCode, recordFrame,
-                                 flush,        function, file,    line};
-    if (caught == nullptr) {
-        (void)PQTreatment::fromUnknown(frame);
-        return;
-    }
-    PQTreatment::treat(*caught, "PQException", frame, false);
+    (void)PQTreatment::fromPointer(caught, {logCallChain, context, logType, errorCode, recordFrame,
+                                            flush, function, file, line});
 }
 
 void PQException::func_TREAT_STD_EXCEPTION_P_FINAL(std::exception* caught, bool logCallChain,
@@ -209,16 +210,8 @@ void PQException::func_TREAT_STD_EXCEPTION_P_FINAL(std::exception* caught, bool 
                                                    bool recordFrame, bool flush,
                                                    const char* function, const char* file,
                                                    int line) {
-    const PQTreatmentFrame frame{logCallChain, PQDebug::get_m_sEmptyString(),
-                                 logType,      errorCode,
-                                 recordFrame,  flush,
-                                 function,     file,
-                                 line};
-    if (caught == nullptr) {
-        (void)PQTreatment::fromUnknown(frame);
-        return;
-    }
-    (void)PQTreatment::fromStd(*caught, frame);
+    (void)PQTreatment::fromPointer(caught, {logCallChain, PQDebug::get_m_sEmptyString(), logType,
+                                            errorCode, recordFrame, flush, function, file, line});
 }
 
 void PQException::func_TREAT_UNKNOWN_EXCEPTION_FINAL(bool logCallChain, const std::string& context,

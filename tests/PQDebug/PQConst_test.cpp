@@ -1,11 +1,12 @@
+#include "PQDebug/Resources/PQConst.h"
+
 #include <array>
 #include <stdexcept>
 #include <string>
 
 #include <gtest/gtest.h>
 
-#include "PQDebug/Resources/PQConst.h"
-#include "support/LogCapture.h"
+#include "support/TestSupport.h"
 
 using namespace PQ_DEBUG;
 
@@ -29,15 +30,6 @@ void initializeColours() {
 
 void initializeNothing() {}
 
-template <class Function> std::string messageOf(Function&& call) {
-    try {
-        call();
-    } catch (const std::exception& e) {
-        return e.what();
-    }
-    return "(no exception)";
-}
-
 } // namespace
 
 TEST(PQConst, LookupsBuildTheTableOnceAndWorkBothWays) {
@@ -55,32 +47,31 @@ TEST(PQConst, LookupsBuildTheTableOnceAndWorkBothWays) {
 }
 
 TEST(PQConst, UnknownValueAndNameMessages) {
-    EXPECT_EQ(messageOf([] {
+    EXPECT_EQ(pqtest::messageOf([] {
                   (void)getWstringFromIntT<Colour>(kColourTable, static_cast<Colour>(10),
                                                    &initializeColours);
               }),
               "Value not valid : '10' - type: 9001");
-    EXPECT_EQ(messageOf([] {
+    EXPECT_EQ(pqtest::messageOf([] {
                   (void)getIntFromWstringT<Colour>(kColourTable, "Red", &initializeColours);
               }),
               "Value not valid : 'Red'' - type: 9001' tablesize=3");
-    try {
-        (void)getIntFromWstringT<Colour>(kColourTable, "Nothing", &initializeColours);
-        FAIL() << "no exception";
-    } catch (const PQException& e) {
-        EXPECT_EQ(e.get_exceptionType(), 1008);
-        EXPECT_EQ(e.get_file(), "../../SourceCode/PQDebug/Resources/PQConst.h");
-        EXPECT_EQ(e.get_function(), "getIntFromWstringT");
-        EXPECT_EQ(e.get_line(), 330);
-        EXPECT_EQ(e.get_logType(), 1005);
-        EXPECT_EQ(e.get_level(), PQException::get_PQ_EX_ANORMAL());
-    }
+    const auto e = pqtest::thrownBy<PQException>(
+        [] { (void)getIntFromWstringT<Colour>(kColourTable, "Nothing", &initializeColours); });
+    ASSERT_TRUE(e.has_value());
+    EXPECT_EQ(e->get_exceptionType(), 1008);
+    EXPECT_EQ(e->get_file(), "../../SourceCode/PQDebug/Resources/PQConst.h");
+    EXPECT_EQ(e->get_function(), "getIntFromWstringT");
+    EXPECT_EQ(e->get_line(), 330);
+    EXPECT_EQ(e->get_logType(), 1005);
+    EXPECT_EQ(e->get_level(), PQException::get_PQ_EX_ANORMAL());
 }
 
 TEST(PQConst, MissingOrFailingInitialiserKeepsTheEmptyTable) {
-    EXPECT_EQ(messageOf([] { (void)get_intToWstringMap<Colour>(kNoInitTable, nullptr); }),
+    EXPECT_EQ(pqtest::messageOf([] { (void)get_intToWstringMap<Colour>(kNoInitTable, nullptr); }),
               "initializationFunction == NULL");
-    EXPECT_EQ(messageOf([] { (void)get_wstringToIntMap<Colour>(kEmptyTable, &initializeNothing); }),
+    EXPECT_EQ(pqtest::messageOf(
+                  [] { (void)get_wstringToIntMap<Colour>(kEmptyTable, &initializeNothing); }),
               "newMap->empty()");
     // Both stay registered, empty: the next lookup finds them and reports
     // the unknown value instead.
@@ -130,9 +121,4 @@ TEST(PQConst, ObjectTypeTableHoldsTheFifteenClasses) {
                                                           &initialize_public_PQObjectType);
     EXPECT_EQ(names.size(), 15U);
     EXPECT_EQ(names.at("PQOrder_p"), PQObjectType_PQOrder_p);
-    EXPECT_EQ(messageOf([] {
-                  (void)getIntFromWstringT<PQObjectType>(PQObjectType_PQObjectType, "Nothing",
-                                                         &initialize_public_PQObjectType);
-              }),
-              "Value not valid : 'Nothing'' - type: 60' tablesize=15");
 }

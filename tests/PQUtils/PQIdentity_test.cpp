@@ -1,12 +1,14 @@
+#include "PQUtils/Utils/PQIdentity.h"
+
 #include <memory>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include "PQDebug/Resources/PQObjectType.h"
-#include "PQUtils/Utils/PQIdentity.h"
 #include "PQUtils/Utils/PQString.h"
 #include "PQUtils/Utils/PQUtil.h"
+#include "support/TestSupport.h"
 
 using PQ_UTILS::PQIdentifiable;
 
@@ -43,10 +45,6 @@ TEST(PQIdentity, UtilityClassesCarryTheTrio) {
 }
 
 TEST(PQIdentity, UnregisteredNameIsTheLookupFailure) {
-    try {
-        (void)identity_test::Unregistered().get_objectType();
-        FAIL() << "no exception";
-    } catch (const PQ_DEBUG::PQException& e) {
-        EXPECT_EQ(e.get_message(), "Value not valid : 'Unregistered'' - type: 60' tablesize=15");
-    }
+    EXPECT_EQ(pqtest::messageOf([] { (void)identity_test::Unregistered().get_objectType(); }),
+              "Value not valid : 'Unregistered'' - type: 60' tablesize=15");
 }

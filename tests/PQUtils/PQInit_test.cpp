@@ -1,3 +1,5 @@
+#include "PQUtils/Utils/PQInit.h"
+
 #include <cstdlib>
 #include <string>
 
@@ -8,9 +10,8 @@
 #include "PQUtils/Orders/PQOrderType.h"
 #include "PQUtils/Orders/PQReceivedOrderType.h"
 #include "PQUtils/Orders/ReceivedOrders/PQLoadingEventType.h"
-#include "PQUtils/Utils/PQInit.h"
 #include "PQUtils/Utils/PQUtil.h"
-#include "support/LogCapture.h"
+#include "support/TestSupport.h"
 
 // init() acts once per process, so every scenario runs in a child process of
 // its own; this test program itself never calls init().

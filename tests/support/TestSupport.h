@@ -1,7 +1,8 @@
 #pragma once
 
-#include <algorithm>
+#include <exception>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,12 +28,6 @@ public:
         const std::lock_guard lock(m_mutex);
         return m_records;
     }
-    [[nodiscard]] std::size_t count(PQ_DEBUG::PQLogType type) const {
-        const std::lock_guard lock(m_mutex);
-        return static_cast<std::size_t>(
-            std::count_if(m_records.begin(), m_records.end(),
-                          [type](const PQ_DEBUG::PQLogRecord& r) { return r.logType == type; }));
-    }
 
 private:
     mutable std::mutex m_mutex;
@@ -54,5 +49,26 @@ private:
     PQ_DEBUG::PQLogType m_type;
     int m_previous;
 };
+
+// What `call` throws as an Exception (nothing when it returns; anything
+// else escapes and fails the test).
+template <class Exception, class Function> std::optional<Exception> thrownBy(Function&& call) {
+    try {
+        call();
+    } catch (const Exception& e) {
+        return e;
+    }
+    return std::nullopt;
+}
+
+// The message of what `call` throws, or "(no exception)".
+template <class Function> std::string messageOf(Function&& call) {
+    try {
+        call();
+    } catch (const std::exception& e) {
+        return e.what();
+    }
+    return "(no exception)";
+}
 
 } // namespace pqtest
