@@ -46,7 +46,7 @@ struct LogState {
 // Never destroyed, so that objects destroyed at exit can still log; the
 // operating system closes the file.
 LogState& logState() {
-    static LogState* const state = new LogState();
+    static auto* const state = new LogState();
     return *state;
 }
 

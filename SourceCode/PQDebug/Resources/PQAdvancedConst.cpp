@@ -7,12 +7,12 @@ namespace PQ_DEBUG {
 // The registries are never destroyed, so that objects destroyed at exit can
 // still name their values; PQInit::clean frees the tables of a tidy host.
 PQNameRegistry& PQAdvancedConst::get_intToWstringMap_g() {
-    static PQNameRegistry* const registry = new PQNameRegistry();
+    static auto* const registry = new PQNameRegistry();
     return *registry;
 }
 
 PQNameRegistry& PQAdvancedConst::get_wstringToIntMap_g() {
-    static PQNameRegistry* const registry = new PQNameRegistry();
+    static auto* const registry = new PQNameRegistry();
     return *registry;
 }
 
