@@ -74,9 +74,13 @@ public:
     // Record texts longer than this are cut, and a marker says how much.
     static constexpr std::size_t kMaxRecordText = std::size_t{64} * 1024;
 
-    // Writes one record to the sink or the default output. Its text must
-    // already be capped (PQRecordText).
+private:
+    // Writes one record to the sink or the default output. Its text is
+    // already capped (PQRecordText).
     static void writeRecord(const PQLogRecord& record, bool flush, unsigned int callerLine = 0);
+
+    friend class PQException; // records made as an exception is raised
+    friend class PQTreatment; // the records of the func_TREAT_* family
 };
 
 // Builds a record text of at most PQDebug::kMaxRecordText bytes without

@@ -1,7 +1,11 @@
 #include "PQUtils/Utils/PQInit.h"
 
+#include <cstdio>
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
 #include <string>
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -14,7 +18,7 @@
 #include "support/TestSupport.h"
 
 // init() acts once per process, so every scenario runs in a child process of
-// its own; this test program itself never calls init().
+// its own; this test program itself never calls init() nor logs.
 
 using namespace PQ_UTILS;
 using PQ_DEBUG::PQAdvancedConst;
@@ -120,6 +124,20 @@ TEST(PQInit, CleanBeforeAnyTableOnlyStopsTheDebugLibrary) {
             EXPECT_FALSE(isRegistered(table)) << table;
         }
     });
+}
+
+TEST(PQInit, LogFileNamedByTheEnvironmentAtStart) {
+    const std::string path = ::testing::TempDir() + "pqinit_env_" + std::to_string(::getpid());
+    inFreshProcess([&path] {
+        ::setenv("PQ_LOG_FILE", path.c_str(), 1);
+        const pqtest::ScopedLogLevel level(PQ_DEBUG::PQLogType_PQUTILS, 3);
+        PQInit::init();
+        PQ_DEBUG::PQDebug::setLogFile(""); // closes it
+        std::ifstream in(path);
+        const std::string log((std::istreambuf_iterator<char>(in)), {});
+        EXPECT_NE(log.find("Initialisation PQUtils : end"), std::string::npos) << log;
+    });
+    std::remove(path.c_str());
 }
 
 TEST(PQInit, CleaningFlagIsTheHosts) {
