@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # The whole test suite, from a fresh Debian machine: installs what is missing
 # (with apt-get, when run as root), then configures, builds and runs every
-# test twice: with GCC (AddressSanitizer + UndefinedBehaviorSanitizer,
-# warnings as errors, clang-format and clang-tidy checks) and with Clang.
+# test three times: with GCC (AddressSanitizer + UndefinedBehaviorSanitizer,
+# warnings as errors, clang-format and clang-tidy checks), with Clang (the
+# same sanitizers), and optimised (where GCC finds more to warn about).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -37,7 +38,7 @@ if ((${#missing[@]} > 0)); then
     fi
 fi
 
-for preset in dev dev-clang; do
+for preset in dev dev-clang release; do
     echo "=== $preset ==="
     cmake --preset "$preset"
     cmake --build --preset "$preset"

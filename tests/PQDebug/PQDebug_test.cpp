@@ -104,15 +104,14 @@ TEST(PQDebug, RecordsFromManyThreadsNeverInterleave) {
     PQDebug::setLogFile(path);
     constexpr int kThreads = 4;
     constexpr int kRecords = 100;
-    const std::string payload(300, 'p');
+    const std::string payload = std::string(300, 'p').append("|");
     {
         std::vector<std::jthread> threads;
         threads.reserve(kThreads);
         for (int t = 0; t < kThreads; ++t) {
-            threads.emplace_back([t, &payload] {
+            threads.emplace_back([source = std::to_string(t), &payload] {
                 for (int i = 0; i < kRecords; ++i) {
-                    PQDebug::LogToConsoleAndFileNow(0, 2, "T" + std::to_string(t), payload + "|",
-                                                    false, 1);
+                    PQDebug::LogToConsoleAndFileNow(0, 2, source, payload, false, 1);
                 }
             });
         }
@@ -123,6 +122,6 @@ TEST(PQDebug, RecordsFromManyThreadsNeverInterleave) {
     std::remove(path.c_str());
     ASSERT_EQ(lines.size(), static_cast<std::size_t>(kThreads * kRecords));
     for (const std::string& line : lines) {
-        ASSERT_TRUE(line.ends_with(": " + payload + "|")) << line;
+        ASSERT_TRUE(line.ends_with(": " + payload)) << line;
     }
 }
