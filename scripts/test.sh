@@ -20,8 +20,9 @@ missing=()
 for command in "${!wanted[@]}"; do
     command -v "$command" >/dev/null 2>&1 || missing+=("${wanted[$command]}")
 done
-# Libraries: GoogleTest's CMake package and Clang's sanitizer runtime.
+# Libraries: GoogleTest, Google Benchmark and Clang's sanitizer runtime.
 ls /usr/lib/*/cmake/GTest/GTestConfig.cmake >/dev/null 2>&1 || missing+=(libgtest-dev)
+ls /usr/lib/*/cmake/benchmark/benchmarkConfig.cmake >/dev/null 2>&1 || missing+=(libbenchmark-dev)
 if ! clang++ -print-file-name=libclang_rt.asan-x86_64.a 2>/dev/null | grep -q /; then
     missing+=(libclang-rt-dev)
 fi
