@@ -15,8 +15,8 @@
 //
 // Whatever leaves such a frame is a PQException, logged once per frame
 // crossed: a PQException goes on as the same object, a standard exception
-// or anything else is turned into a new one. Each source file names itself
-// for the frames and checks it holds:
+// or anything else is turned into a new one. Each source file names itself,
+// for its frames and checks, in a constant that the macros read:
 //
 //   constexpr const char* pqSourceFile = "CppLibrairies/SourceCode/PQUtils/Orders/PQOrder";
 //
