@@ -130,6 +130,10 @@ PQException assertionFailure(std::string_view condition, std::string_view suffix
     std::string message;
     message.reserve(condition.size() + suffix.size() + 16);
     message.append(condition).append(" should be true").append(suffix);
+    return failure(std::move(message), site);
+}
+
+PQException failure(std::string message, const PQSite& site) {
     return {PQ_DEBUG::PQExceptionType_BAS_EXCEPTION,
             site.file,
             site.function,
@@ -142,9 +146,14 @@ PQException assertionFailure(std::string_view condition, std::string_view suffix
             false};
 }
 
-PQNullPointerException nullPointer(std::string_view expression, const PQSite& site) {
-    std::string message = "Null variable : ";
-    message.append(expression).append(" - ");
+PQNullPointerException nullPointer(std::string_view expression, const PQSite& site,
+                                   std::string_view givenMessage) {
+    std::string message;
+    if (givenMessage.empty()) {
+        message.append("Null variable : ").append(expression).append(" - ");
+    } else {
+        message.assign(givenMessage);
+    }
     return {site.file,
             site.function,
             site.line,

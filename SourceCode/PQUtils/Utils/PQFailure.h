@@ -108,9 +108,13 @@ void treatUnknownFinal(bool logCallChain, const std::string& context, const PQSi
 [[nodiscard]] PQException assertionFailure(std::string_view condition, std::string_view suffix,
                                            const PQSite& site);
 
+// Any other failure of the library: PQException of type 1008 with `message`.
+[[nodiscard]] PQException failure(std::string message, const PQSite& site);
+
 // A null pointer: PQNullPointerException for the variable `expression`,
-// message "Null variable : " + `expression` + " - ".
-[[nodiscard]] PQNullPointerException nullPointer(std::string_view expression, const PQSite& site);
+// message "Null variable : " + `expression` + " - " unless one is given.
+[[nodiscard]] PQNullPointerException nullPointer(std::string_view expression, const PQSite& site,
+                                                 std::string_view message = {});
 
 } // namespace frame
 
@@ -152,25 +156,42 @@ void traceMessageFrom(std::string_view function, std::string_view text);
         ::PQ_UTILS::frame::treatUnknownFinal((logCallChain), (context), PQ_FRAME_SITE());          \
     }
 
-// Throws the assertion failure unless `condition` holds; the message is the
-// condition as written, then " should be true", then `suffix` (a string).
-#define PQ_ASSERT_SUFFIX(condition, suffix)                                                        \
+// Throws the assertion failure unless `condition` holds; the message is
+// `text`, then " should be true", then `suffix` (a string).
+#define PQ_ASSERT_TEXT(condition, text, suffix)                                                    \
     do {                                                                                           \
         if (!(condition)) {                                                                        \
-            throw ::PQ_UTILS::frame::assertionFailure(#condition, (suffix), PQ_FRAME_SITE());      \
+            throw ::PQ_UTILS::frame::assertionFailure((text), (suffix), PQ_FRAME_SITE());          \
         }                                                                                          \
     } while (false)
 
-#define PQ_ASSERT(condition) PQ_ASSERT_SUFFIX(condition, ::std::string_view())
+// The assertions below quote the condition as written, before any macro in
+// it is expanded ("m_startPointeur != NULL ..."), so each stringizes it itself.
+#define PQ_ASSERT_SUFFIX(condition, suffix) PQ_ASSERT_TEXT(condition, #condition, suffix)
+
+#define PQ_ASSERT(condition) PQ_ASSERT_TEXT(condition, #condition, ::std::string_view())
 
 // The variant that adds details: "<condition> should be true\nPrecisions : <details>".
 #define PQ_ASSERT_PRECISIONS(condition, precisions)                                                \
-    PQ_ASSERT_SUFFIX(condition, ::std::string("\nPrecisions : ") + (precisions))
+    PQ_ASSERT_TEXT(condition, #condition, ::std::string("\nPrecisions : ") + (precisions))
 
-// Throws PQNullPointerException when `pointer` is null.
-#define PQ_CHECK_NULL(pointer)                                                                     \
+// Throws the library's failure (type 1008) with `message`, unless `condition` holds.
+#define PQ_REQUIRE(condition, message)                                                             \
     do {                                                                                           \
-        if ((pointer) == nullptr) {                                                                \
-            throw ::PQ_UTILS::frame::nullPointer(#pointer, PQ_FRAME_SITE());                       \
+        if (!(condition)) {                                                                        \
+            throw ::PQ_UTILS::frame::failure((message), PQ_FRAME_SITE());                          \
         }                                                                                          \
     } while (false)
+
+// Throws PQNullPointerException when `pointer` is null, naming the variable
+// by its expression, with the default message or the given one.
+#define PQ_CHECK_NULL_TEXT(pointer, text, message)                                                 \
+    do {                                                                                           \
+        if ((pointer) == nullptr) {                                                                \
+            throw ::PQ_UTILS::frame::nullPointer((text), PQ_FRAME_SITE(), (message));              \
+        }                                                                                          \
+    } while (false)
+
+#define PQ_CHECK_NULL(pointer) PQ_CHECK_NULL_TEXT(pointer, #pointer, ::std::string_view())
+
+#define PQ_CHECK_NULL_MESSAGE(pointer, message) PQ_CHECK_NULL_TEXT(pointer, #pointer, message)
