@@ -1,0 +1,47 @@
+#include "PQUtils/Utils/PQSecuredString.h"
+
+#include "PQUtils/Utils/PQFailure.h"
+#include "PQUtils/Utils/PQSecureMemory.h"
+
+namespace PQ_UTILS {
+namespace {
+
+constexpr const char* pqSourceFile = "CppLibrairies/SourceCode/PQUtils/Utils/PQString";
+
+} // namespace
+
+void PQSecuredString::WipingDelete::operator()(kstring* text) const noexcept {
+    secureWipe(*text);
+    delete text; // NOLINT(cppcoreguidelines-owning-memory): the deleter of m_sourceString
+}
+
+PQSecuredString::PQSecuredString() : m_sourceString(new kstring) {}
+
+PQSecuredString::PQSecuredString(const kstring& text) : m_sourceString(new kstring(text)) {}
+
+PQSecuredString::PQSecuredString(const PQSecuredString& other)
+    : PQIdentifiable(other), m_sourceString(new kstring(*other.getStringSource())) {}
+
+PQSecuredString& PQSecuredString::operator=(const PQSecuredString& other) {
+    if (this != &other) {
+        // The old text is wiped as its owner lets it go.
+        m_sourceString.reset(new kstring(*other.getStringSource()));
+    }
+    return *this;
+}
+
+PQSecuredString::~PQSecuredString() = default;
+
+const kstring* PQSecuredString::getStringSource() const try {
+    PQ_CHECK_NULL(m_sourceString.get());
+    return m_sourceString.get();
+}
+PQ_CATCH_AND_TREAT
+
+const kstring* PQSecuredString::getStringLog() const try {
+    PQ_CHECK_NULL(m_sourceString.get());
+    return m_sourceString.get();
+}
+PQ_CATCH_AND_TREAT
+
+} // namespace PQ_UTILS

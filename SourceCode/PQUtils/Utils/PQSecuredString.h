@@ -1,0 +1,58 @@
+#pragma once
+
+#include <memory>
+
+#include "PQUtils/Utils/PQIdentity.h"
+#include "PQUtils/Utils/PQUtilsTypes.h"
+
+namespace PQ_UTILS {
+
+// A text with sensitive content (a password, a card number). It owns its
+// characters and wipes them (the whole capacity) before they are freed.
+//
+// It does not mask anything itself: getStringLog() gives the real content,
+// like getStringSource(). A caller that must not show the value shows
+// m_sStandardSecureString instead.
+class PQSecuredString : public PQIdentifiable {
+    PQ_IDENTITY(PQSecuredString)
+
+    // Owns a new empty text.
+    PQSecuredString();
+    // Owns a new copy of `text`.
+    explicit PQSecuredString(const kstring& text);
+    // Owns a new copy of the other's content.
+    PQSecuredString(const PQSecuredString& other);
+    // Takes a copy of the other's content; the old content is wiped.
+    PQSecuredString& operator=(const PQSecuredString& other);
+    ~PQSecuredString() override;
+
+    // The owned text, the real content. A null-pointer failure for
+    // "m_sourceString.get()" if there is none.
+    [[nodiscard]] const kstring* getStringSource() const;
+    // The same object as getStringSource(): real content, not masked.
+    [[nodiscard]] const kstring* getStringLog() const;
+
+    // The text that stands for a secured value wherever it must be masked.
+    // Made when the library is loaded; it fits in the string object, so
+    // nothing is allocated.
+    static inline const kstring m_sStandardSecureString{"*******"}; // NOLINT(cert-err58-cpp)
+    // A secured string with empty content.
+    static const PQSecuredString m_psEmptySecuredString;
+
+private:
+    // The views compare with the content and name its absence themselves.
+    friend class PQSecuredStringRef;
+    friend class PQStringRef;
+    [[nodiscard]] const kstring* content() const noexcept { return m_sourceString.get(); }
+
+    struct WipingDelete {
+        void operator()(kstring* text) const noexcept;
+    };
+    std::unique_ptr<kstring, WipingDelete> m_sourceString;
+};
+
+// Made when the library is loaded: only a failure to allocate its empty text
+// could throw, and a process that cannot allocate that cannot start.
+inline const PQSecuredString PQSecuredString::m_psEmptySecuredString{}; // NOLINT(cert-err58-cpp)
+
+} // namespace PQ_UTILS

@@ -1,0 +1,68 @@
+#pragma once
+
+// Byte-search primitives shared by the string sources of the library; not
+// installed.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+#include "PQUtils/Utils/PQFailure.h"
+
+// Fails with the null variable "m_startPointeur" for a broken view: bytes to
+// read but no start. An empty view passes whatever its start.
+#define PQ_CHECK_VIEW(view)                                                                        \
+    PQ_CHECK_NULL_TEXT((view).empty() ? "" : (view).data(), "m_startPointeur", ::std::string_view())
+
+namespace PQ_UTILS::internal {
+
+// Position of `needle` in `haystack` at or after `pos`, every byte counting
+// (zero bytes too); npos when there is none. An empty needle is found at
+// `pos` when pos <= size. Linear in the haystack: memchr for one byte, the
+// C library's memmem (two-way) for more.
+[[nodiscard]] inline std::size_t findBytes(std::string_view haystack, std::string_view needle,
+                                           std::size_t pos = 0) noexcept {
+    if (pos > haystack.size()) {
+        return std::string_view::npos;
+    }
+    if (needle.empty()) {
+        return pos;
+    }
+    if (haystack.size() - pos < needle.size()) {
+        return std::string_view::npos; // also keeps a null empty haystack from the C library
+    }
+    const char* const from = haystack.data() + pos;
+    const std::size_t left = haystack.size() - pos;
+    const void* found = needle.size() == 1
+                            ? std::memchr(from, static_cast<unsigned char>(needle[0]), left)
+                            : ::memmem(from, left, needle.data(), needle.size());
+    return found == nullptr
+               ? std::string_view::npos
+               : static_cast<std::size_t>(static_cast<const char*>(found) - haystack.data());
+}
+
+// The bytes of `text` before its first zero byte, reading at most `limit`
+// bytes and none past that zero.
+[[nodiscard]] inline std::string_view untilZero(const char* text, std::size_t limit) noexcept {
+    return {text, limit == 0 ? 0 : ::strnlen(text, limit)};
+}
+
+} // namespace PQ_UTILS::internal
+
+namespace PQ_UTILS::internal {
+
+// How two views compare, whatever their type. A null start equals only
+// another null start: the pointers are compared before the lengths.
+[[nodiscard]] inline bool viewsDiffer(const char* start, std::uint64_t length,
+                                      const char* otherStart, std::uint64_t otherLength) noexcept {
+    if (start == nullptr) {
+        return otherStart != nullptr;
+    }
+    if (otherStart == nullptr || length != otherLength) {
+        return true;
+    }
+    return start != otherStart && length != 0 && std::memcmp(start, otherStart, length) != 0;
+}
+
+} // namespace PQ_UTILS::internal
