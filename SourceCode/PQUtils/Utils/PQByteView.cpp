@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "PQUtils/Utils/PQFailure.h"
+#include "PQUtils/Utils/PQSecuredString.h"
 #include "PQUtils/Utils/PQSecuredStringRef.h"
 #include "PQUtils/Utils/PQStringInternal.h"
 #include "PQUtils/Utils/PQStringRef.h"
@@ -19,6 +20,16 @@ template <class View> bool PQByteView<View>::operator!=(const View& other) const
 }
 
 template <class View> bool PQByteView<View>::operator==(const View& other) const {
+    return !(*this != other);
+}
+
+template <class View> bool PQByteView<View>::operator!=(const PQSecuredString& other) const {
+    const kstring* const originString = other.content();
+    PQ_CHECK_NULL(originString);
+    return static_cast<const View&>(*this) != *originString;
+}
+
+template <class View> bool PQByteView<View>::operator==(const PQSecuredString& other) const {
     return !(*this != other);
 }
 

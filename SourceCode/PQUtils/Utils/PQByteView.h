@@ -6,6 +6,8 @@
 
 namespace PQ_UTILS {
 
+class PQSecuredString;
+
 // What PQStringRef and PQSecuredStringRef share: a non-owning view (start,
 // length) of bytes that must outlive it and need not be zero-terminated.
 // A length of 0 is empty whatever the start; a non-zero length with a null
@@ -31,6 +33,11 @@ public:
     // (the starts are compared before the lengths).
     [[nodiscard]] bool operator==(const View& other) const;
     [[nodiscard]] bool operator!=(const View& other) const;
+
+    // Against the content, by the view's own rule for a kstring
+    // ("originString" if there is none).
+    [[nodiscard]] bool operator==(const PQSecuredString& other) const;
+    [[nodiscard]] bool operator!=(const PQSecuredString& other) const;
 
     // Shorter first; equal lengths ordered bytewise as signed bytes, so bytes
     // of 0x80 and above sort before ASCII. This order keys containers.

@@ -41,6 +41,7 @@ class PQSecuredString : public PQIdentifiable {
 
 private:
     // The views compare with the content and name its absence themselves.
+    template <class View> friend class PQByteView;
     friend class PQSecuredStringRef;
     friend class PQStringRef;
     [[nodiscard]] const kstring* content() const noexcept { return m_sourceString.get(); }

@@ -36,16 +36,6 @@ bool PQSecuredStringRef::operator!=(const kstring& text) const {
 
 bool PQSecuredStringRef::operator==(const kstring& text) const { return !(*this != text); }
 
-bool PQSecuredStringRef::operator!=(const PQSecuredString& other) const {
-    const kstring* const originString = other.content();
-    PQ_CHECK_NULL(originString);
-    return *this != *originString;
-}
-
-bool PQSecuredStringRef::operator==(const PQSecuredString& other) const {
-    return !(*this != other);
-}
-
 bool PQSecuredStringRef::operator<(const PQSecuredString& other) const {
     const kstring* const originString = other.content();
     PQ_CHECK_NULL(originString);

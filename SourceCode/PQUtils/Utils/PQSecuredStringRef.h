@@ -29,9 +29,7 @@ public:
     // Same bytes. A null view equals exactly the empty text.
     [[nodiscard]] bool operator==(const kstring& text) const;
     [[nodiscard]] bool operator!=(const kstring& text) const;
-    // Against the content, as against a kstring ("originString" if none).
-    [[nodiscard]] bool operator==(const PQSecuredString& other) const;
-    [[nodiscard]] bool operator!=(const PQSecuredString& other) const;
+    // Against the content, as against a view of it ("originString" if none).
     [[nodiscard]] bool operator<(const PQSecuredString& other) const;
 
     // Position of the zero-terminated `needle`, searched as C's strstr from

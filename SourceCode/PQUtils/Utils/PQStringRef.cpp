@@ -28,14 +28,6 @@ bool PQStringRef::operator!=(const kstring& text) const {
 
 bool PQStringRef::operator==(const kstring& text) const { return !(*this != text); }
 
-bool PQStringRef::operator!=(const PQSecuredString& other) const {
-    const kstring* const originString = other.content();
-    PQ_CHECK_NULL(originString);
-    return *this != *originString;
-}
-
-bool PQStringRef::operator==(const PQSecuredString& other) const { return !(*this != other); }
-
 // The searches read the viewed bytes in place, with the results of
 // std::string::find on a copy of them.
 

@@ -34,9 +34,6 @@ public:
     // Same bytes. A null start fails, whatever the length.
     [[nodiscard]] bool operator==(const kstring& text) const;
     [[nodiscard]] bool operator!=(const kstring& text) const;
-    // Against the content, as against a kstring ("originString" if none).
-    [[nodiscard]] bool operator==(const PQSecuredString& other) const;
-    [[nodiscard]] bool operator!=(const PQSecuredString& other) const;
 
     // Position of `needle` (zero-terminated for the char* form) in the
     // viewed bytes, from `pos`; npos when there is none. An empty needle is
