@@ -35,54 +35,41 @@ kstring orderValueText() {
     return text;
 }
 
-void setBytes(benchmark::State& state, std::size_t perIteration) {
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * perIteration));
+// Runs `operation` over `input` and reports the bytes it reads per second.
+template <class Operation>
+void throughput(benchmark::State& state, const kstring& input, Operation operation) {
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(operation(input));
+    }
+    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * input.size()));
 }
 
 void BM_RestorePQEntities(benchmark::State& state) {
-    const kstring text = orderValueText();
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(PQString::restorePQEntities(text));
-    }
-    setBytes(state, text.size());
+    throughput(state, orderValueText(), &PQString::restorePQEntities);
 }
 BENCHMARK(BM_RestorePQEntities);
 
 void BM_RemovePQEntities(benchmark::State& state) {
-    const kstring escaped = *PQString::restorePQEntities(orderValueText());
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(PQString::removePQEntities(escaped));
-    }
-    setBytes(state, escaped.size());
+    throughput(state, *PQString::restorePQEntities(orderValueText()), &PQString::removePQEntities);
 }
 BENCHMARK(BM_RemovePQEntities);
 
 void BM_SelfReplace(benchmark::State& state) {
-    const kstring text = orderValueText();
-    for (auto _ : state) {
-        kstring copy = text;
+    throughput(state, orderValueText(), [](kstring copy) {
         PQString::self_replace(copy, "&", "--amp--");
-        benchmark::DoNotOptimize(copy);
-    }
-    setBytes(state, text.size());
+        return copy;
+    });
 }
 BENCHMARK(BM_SelfReplace);
 
 void BM_ToBase64(benchmark::State& state) {
-    const kstring text = orderValueText();
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(PQString::toBase64(text, text.size()));
-    }
-    setBytes(state, text.size());
+    throughput(state, orderValueText(),
+               [](const kstring& text) { return PQString::toBase64(text, text.size()); });
 }
 BENCHMARK(BM_ToBase64);
 
 void BM_SimpleCipher(benchmark::State& state) {
-    const kstring text = orderValueText();
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(PQString::simpleCipher(text));
-    }
-    setBytes(state, text.size());
+    throughput(state, orderValueText(), &PQString::simpleCipher);
 }
 BENCHMARK(BM_SimpleCipher);
 
