@@ -1,5 +1,7 @@
 #include "PQUtils/Utils/PQSecuredString.h"
 
+#include <algorithm>
+
 #include "PQUtils/Utils/PQFailure.h"
 #include "PQUtils/Utils/PQSecureMemory.h"
 
@@ -31,6 +33,20 @@ PQSecuredString& PQSecuredString::operator=(const PQSecuredString& other) {
 }
 
 PQSecuredString::~PQSecuredString() = default;
+
+void PQSecuredString::appendText(std::string_view text) {
+    PQ_CHECK_NULL(m_sourceString.get());
+    kstring& content = *m_sourceString;
+    if (content.capacity() - content.size() >= text.size()) {
+        content.append(text);
+        return;
+    }
+    // Growing in place would free the old buffer unwiped.
+    std::unique_ptr<kstring, WipingDelete> grown(new kstring);
+    grown->reserve(std::max(2 * content.capacity(), content.size() + text.size()));
+    grown->append(content).append(text);
+    m_sourceString = std::move(grown);
+}
 
 const kstring* PQSecuredString::getStringSource() const try {
     PQ_CHECK_NULL(m_sourceString.get());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string_view>
 
 #include "PQUtils/Utils/PQIdentity.h"
 #include "PQUtils/Utils/PQUtilsTypes.h"
@@ -24,6 +25,10 @@ class PQSecuredString : public PQIdentifiable {
     PQSecuredString(const PQSecuredString& other);
     // Takes a copy of the other's content; the old content is wiped.
     PQSecuredString& operator=(const PQSecuredString& other);
+    // Takes the other's content over; the other is left without any (its
+    // readers then fail as for a null content) and the old content is wiped.
+    PQSecuredString(PQSecuredString&& other) noexcept = default;
+    PQSecuredString& operator=(PQSecuredString&& other) noexcept = default;
     ~PQSecuredString() override;
 
     // The owned text, the real content. A null-pointer failure for
@@ -38,6 +43,11 @@ class PQSecuredString : public PQIdentifiable {
     static inline const kstring m_sStandardSecureString{"*******"}; // NOLINT(cert-err58-cpp)
     // A secured string with empty content.
     static const PQSecuredString m_psEmptySecuredString;
+
+protected:
+    // Appends `text` to the content. When the content must grow, it moves to
+    // a larger buffer and the old one is wiped.
+    void appendText(std::string_view text);
 
 private:
     // The views compare with the content and name its absence themselves.

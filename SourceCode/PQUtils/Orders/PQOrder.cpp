@@ -1,0 +1,265 @@
+#include "PQUtils/Orders/PQOrder.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include "PQDebug/PQDebug.h"
+#include "PQDebug/PQDebugString.h"
+#include "PQDebug/Resources/PQConst.h"
+#include "PQUtils/Orders/PQOrder_p.h"
+#include "PQUtils/Utils/PQFailure.h"
+#include "PQUtils/Utils/PQSecureMemory.h"
+#include "PQUtils/Utils/PQString.h"
+
+namespace PQ_UTILS {
+namespace {
+
+constexpr const char* pqSourceFile = "CppLibrairies/SourceCode/PQUtils/Orders/PQOrder";
+
+const kstring& actionName(PQReceivedOrderType action) {
+    return *PQ_DEBUG::getWstringFromIntT<PQReceivedOrderType>(
+        PQ_DEBUG::PQObjectType_PQReceivedOrderType, action, &initialize_public_PQReceivedOrderType);
+}
+
+const kstring& orderTypeName(PQOrderType type) {
+    return *PQ_DEBUG::getWstringFromIntT<PQOrderType>(PQ_DEBUG::PQObjectType_PQOrderType, type,
+                                                      &initialize_public_PQOrderType);
+}
+
+// What a plain order answers when asked for a rendering only JSON orders have.
+PQException notForAPlainOrder(const char* function) {
+    return frame::failure("this must must not be called", {function, pqSourceFile, __LINE__});
+}
+
+} // namespace
+
+PQOrder_p::PQOrder_p(PQOrder* publicImp, PQReceivedOrderType action, PQOrderType type) try
+    : m_pPublicImp(publicImp), m_orderType(type), m_action(action) {
+    PQ_CHECK_NULL(m_pPublicImp);
+}
+PQ_CATCH_AND_TREAT
+
+PQOrder_p::~PQOrder_p() = default;
+
+PQOrder::PQOrder(PQOrderType type) : PQOrder(PQReceivedOrderType_NO_TYPE, type) {}
+
+PQOrder::PQOrder(PQReceivedOrderType action, PQOrderType type) try
+    : m_pPrivateImp(std::make_unique<PQOrder_p>(this, action, type)) {
+    traceLife("PQOrder", "creating PQOrder ");
+}
+PQ_CATCH_AND_TREAT
+
+PQOrder::PQOrder(const PQOrder& order) try
+    : PQIdentifiable(order),
+      m_pPrivateImp(std::make_unique<PQOrder_p>(this, order.m_pPrivateImp->m_action,
+                                                order.m_pPrivateImp->m_orderType)) {
+    m_pPrivateImp->m_initialized = order.m_pPrivateImp->m_initialized;
+    m_pPrivateImp->m_listOrderPiece.reserve(order.m_pPrivateImp->m_listOrderPiece.size());
+    for (const std::unique_ptr<PQOrderPiece>& piece : order.m_pPrivateImp->m_listOrderPiece) {
+        m_pPrivateImp->m_listOrderPiece.push_back(std::make_unique<PQOrderPiece>(*piece));
+    }
+    traceLife("PQOrder", "creating PQOrder ");
+}
+PQ_CATCH_AND_TREAT
+
+std::unique_ptr<PQOrder> PQOrder::clone() const try {
+    PQ_ASSERT(m_pPrivateImp->m_orderType == PQOrderType_ORDER_NORMAL ||
+              m_pPrivateImp->m_orderType == PQOrderType_ORDER_AUTH_STATUS);
+    return std::make_unique<PQOrder>(*this);
+}
+PQ_CATCH_AND_TREAT
+
+PQOrder::~PQOrder() {
+    try {
+        traceLife("~PQOrder", "destructing PQOrder ");
+    } catch (...) { // NOLINT(bugprone-empty-catch): a destructor must not throw
+    }
+}
+
+PQOrder& PQOrder::operator=(const PQOrder& /*order*/) {
+    throw PQException(PQ_DEBUG::PQExceptionType_NOT_ALLOWED, pqSourceFile, __func__, __LINE__, "",
+                      PQException::get_PQ_EX_ANORMAL(), true, false, PQ_DEBUG::PQLogType_EXCEPTION,
+                      false);
+}
+
+void PQOrder::traceLife(const char* source, const char* verb) const {
+    if (m_pPrivateImp->m_orderType != PQOrderType_ORDER_CHANGELANGUAGE ||
+        !PQ_DEBUG::PQDebug::mustLogDependingOnLogLevel(PQ_DEBUG::PQLogType_PQUTILS, 3)) {
+        return;
+    }
+    kstring text = verb;
+    text.append(orderTypeName(m_pPrivateImp->m_orderType))
+        .append(" - ")
+        .append(actionName(m_pPrivateImp->m_action))
+        .append(" - ")
+        .append(PQ_DEBUG::PQDebugString::fromULongLongToWstring(
+            reinterpret_cast<std::uintptr_t>(this))); // NOLINT: the address is the identity
+    PQ_DEBUG::PQDebug::LogToConsoleAndFileNow(PQ_DEBUG::PQDebug::get_ERRORCODE_NOTICE(),
+                                              PQ_DEBUG::PQLogType_PQUTILS, source, text, false,
+                                              __LINE__);
+}
+
+PQOrderPiece* PQOrder::findPiece(const std::string& key) const {
+    const auto& pieces = m_pPrivateImp->m_listOrderPiece;
+    const auto found = std::find_if(pieces.begin(), pieces.end(),
+                                    [&key](const auto& piece) { return piece->get_key() == key; });
+    return found == pieces.end() ? nullptr : found->get();
+}
+
+void PQOrder::add_orderPiece(std::unique_ptr<PQOrderPiece> piece) try {
+    PQ_CHECK_NULL(piece.get());
+    m_pPrivateImp->m_listOrderPiece.push_back(std::move(piece));
+}
+PQ_CATCH_AND_TREAT
+
+void PQOrder::add_orderPiece_noCheck(std::unique_ptr<PQOrderPiece> piece) try {
+    PQ_CHECK_NULL(piece.get());
+    m_pPrivateImp->m_listOrderPiece.push_back(std::move(piece));
+}
+PQ_CATCH_AND_TREAT
+
+void PQOrder::add_orderPiece(const std::string& key, const std::string& value) try {
+    add_orderPiece(std::make_unique<PQOrderPiece>(key, value));
+}
+PQ_CATCH_AND_TREAT
+
+void PQOrder::add_orderPiece_noCheck(const std::string& key, const std::string& value) try {
+    add_orderPiece_noCheck(std::make_unique<PQOrderPiece>(key, value));
+}
+PQ_CATCH_AND_TREAT
+
+void PQOrder::add_orderPiece(const std::string& key, std::unique_ptr<PQOrder> order) try {
+    add_orderPiece(std::make_unique<PQOrderPiece>(key, std::move(order)));
+}
+PQ_CATCH_AND_TREAT
+
+void PQOrder::add_orderPiece_noCheck(const std::string& key, std::unique_ptr<PQOrder> order) try {
+    add_orderPiece_noCheck(std::make_unique<PQOrderPiece>(key, std::move(order)));
+}
+PQ_CATCH_AND_TREAT
+
+void PQOrder::update_orderPiece(std::unique_ptr<PQOrderPiece> piece) try {
+    PQ_CHECK_NULL(piece.get());
+    PQOrderPiece* const found = findPiece(piece->get_key());
+    if (found == nullptr) {
+        kstring message = "Trying to update a value that does not exist for key: ";
+        message.append(piece->get_key());
+        throw frame::failure(std::move(message), PQ_FRAME_SITE());
+    }
+    if (piece->get_orderPieceType() != PQOrderPiece::TYPE_STRING) {
+        PQ_CHECK_NULL(piece->m_orderPieceValue.get());
+        found->m_orderPieceValue = piece->m_orderPieceValue->clone();
+    } else {
+        found->m_value = PQSourceOrderPieceWrapper(*piece->m_value.getStringSource());
+    }
+}
+PQ_CATCH_AND_TREAT
+
+void PQOrder::update_orderPiece(const std::string& key, const std::string& value) try {
+    update_orderPiece(std::make_unique<PQOrderPiece>(key, value));
+}
+PQ_CATCH_AND_TREAT
+
+void PQOrder::update_orderPiece(const std::string& key, std::unique_ptr<PQOrder> order) try {
+    update_orderPiece(std::make_unique<PQOrderPiece>(key, std::move(order)));
+}
+PQ_CATCH_AND_TREAT
+
+void PQOrder::delete_orderPiece(std::unique_ptr<PQOrderPiece> piece) try {
+    PQ_CHECK_NULL(piece.get());
+    auto& pieces = m_pPrivateImp->m_listOrderPiece;
+    const auto found = std::find_if(pieces.begin(), pieces.end(), [&piece](const auto& each) {
+        return each->get_key() == piece->get_key();
+    });
+    if (found != pieces.end()) {
+        pieces.erase(found);
+    }
+}
+PQ_CATCH_AND_TREAT
+
+void PQOrder::delete_orderPiece(const std::string& key) try {
+    delete_orderPiece(std::make_unique<PQOrderPiece>(key, std::string()));
+}
+PQ_CATCH_AND_TREAT
+
+void PQOrder::delete_orderPieceValue(std::unique_ptr<PQOrderPiece> piece) try {
+    PQ_CHECK_NULL(piece.get());
+    const PQSecuredString wanted = piece->get_pieceValue();
+    auto& pieces = m_pPrivateImp->m_listOrderPiece;
+    const auto found = std::find_if(pieces.begin(), pieces.end(), [&wanted](const auto& each) {
+        return *each->get_pieceValue().getStringSource() == *wanted.getStringSource();
+    });
+    if (found != pieces.end()) {
+        pieces.erase(found);
+    }
+}
+PQ_CATCH_AND_TREAT
+
+void PQOrder::delete_orderPieceValue(const std::string& value) try {
+    delete_orderPieceValue(std::make_unique<PQOrderPiece>(std::string(), value));
+}
+PQ_CATCH_AND_TREAT
+
+PQSecuredString PQOrder::get_orderString() const try {
+    const kstring& name = actionName(m_pPrivateImp->m_action);
+    if (name.empty()) {
+        return {};
+    }
+    PQWipedString text(kstring("action=") + name);
+    for (const std::unique_ptr<PQOrderPiece>& piece : m_pPrivateImp->m_listOrderPiece) {
+        text.get().append(1, '&').append(piece->get_key()).append(1, '=');
+        const PQSecuredString value = piece->get_localOrderString();
+        const PQWipedString escaped(
+            std::move(*PQString::restorePQEntities(*value.getStringSource())));
+        text.get().append(escaped.get());
+    }
+    text.get().append("&//");
+    return PQSecuredString(text.get());
+}
+PQ_CATCH_AND_TREAT
+
+PQSecuredString PQOrder::get_orderString_Debug() const try { return get_orderString(); }
+PQ_CATCH_AND_TREAT
+
+PQSecuredString PQOrder::get_localOrderString() const { throw notForAPlainOrder(__func__); }
+
+PQSecuredString PQOrder::get_localOrderString_noEscape() const {
+    throw notForAPlainOrder(__func__);
+}
+
+void PQOrder::get_localOrderString(PQSourceOrderPieceWrapper& /*out*/) const {
+    throw notForAPlainOrder(__func__);
+}
+
+void PQOrder::get_localOrderString_noEscape(PQSourceOrderPieceWrapper& /*out*/) const {
+    throw notForAPlainOrder(__func__);
+}
+
+PQSecuredString PQOrder::get_pieceValue() const { throw notForAPlainOrder(__func__); }
+
+kstring PQOrder::get_action() const try { return actionName(m_pPrivateImp->m_action); }
+PQ_CATCH_AND_TREAT
+
+void PQOrder::set_action(PQReceivedOrderType action) { m_pPrivateImp->m_action = action; }
+
+const PQOrderPiece* PQOrder::get_orderPiece(const std::string& key) const try {
+    return findPiece(key);
+}
+PQ_CATCH_AND_TREAT
+
+bool PQOrder::orderPieceExists(const std::string& key) const try {
+    return findPiece(key) != nullptr;
+}
+PQ_CATCH_AND_TREAT
+
+const std::vector<std::unique_ptr<PQOrderPiece>>& PQOrder::get_listOrderPiece() const {
+    return m_pPrivateImp->m_listOrderPiece;
+}
+
+bool PQOrder::get_initialized() const { return m_pPrivateImp->m_initialized; }
+
+void PQOrder::set_initialized(bool initialized) { m_pPrivateImp->m_initialized = initialized; }
+
+PQOrderType PQOrder::get_orderType() const { return m_pPrivateImp->m_orderType; }
+
+} // namespace PQ_UTILS

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string_view>
+
+#include "PQUtils/Utils/PQSecuredString.h"
+
+namespace PQ_UTILS {
+
+// The text of one piece's value, and the buffer that renderers append a
+// piece's value to.
+class PQSourceOrderPieceWrapper : public PQSecuredString {
+    PQ_IDENTITY(PQSourceOrderPieceWrapper)
+
+    PQSourceOrderPieceWrapper() = default;
+    explicit PQSourceOrderPieceWrapper(const kstring& text) : PQSecuredString(text) {}
+
+    // Appends `text` to the value (old buffers are wiped as it grows).
+    void append(std::string_view text) { appendText(text); }
+};
+
+} // namespace PQ_UTILS
