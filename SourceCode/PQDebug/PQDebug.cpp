@@ -110,9 +110,22 @@ PQRecordText& PQRecordText::operator<<(std::string_view piece) {
     return *this;
 }
 
+namespace {
+std::string cutMarker(std::size_t cut) {
+    return "... [" + PQDebugString::fromULongLongToWstring(cut) + " more bytes cut]";
+}
+} // namespace
+
+PQRecordText& PQRecordText::appendAtMost(std::string_view piece, std::size_t limit) {
+    if (piece.size() <= limit) {
+        return *this << piece;
+    }
+    return *this << piece.substr(0, limit) << cutMarker(piece.size() - limit);
+}
+
 std::string PQRecordText::take() {
     if (m_cut != 0) {
-        m_text += "... [" + PQDebugString::fromULongLongToWstring(m_cut) + " more bytes cut]";
+        m_text += cutMarker(m_cut);
         m_cut = 0;
     }
     return std::exchange(m_text, std::string());

@@ -73,6 +73,11 @@ public:
 
     // Record texts longer than this are cut, and a marker says how much.
     static constexpr std::size_t kMaxRecordText = std::size_t{64} * 1024;
+    // The context of a treatment record is cut at this length, with its own
+    // marker, so that the failure's message after it always shows and a
+    // context repeated over many records (a long order with many bad
+    // pieces) costs little each time.
+    static constexpr std::size_t kMaxContextText = std::size_t{4} * 1024;
 
 private:
     // Writes one record to the sink or the default output. Its text is
@@ -90,6 +95,9 @@ class PQRecordText {
 public:
     PQRecordText& operator<<(std::string_view piece);
     PQRecordText& operator<<(char c) { return *this << std::string_view(&c, 1); }
+    // Appends at most `limit` bytes of `piece`, and a marker right after
+    // them when the rest is cut.
+    PQRecordText& appendAtMost(std::string_view piece, std::size_t limit);
     // The text built so far, with the marker; the builder is left empty.
     [[nodiscard]] std::string take();
     [[nodiscard]] static std::string capped(std::string_view text) {

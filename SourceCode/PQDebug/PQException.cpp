@@ -74,7 +74,7 @@ public:
         text << caughtKind << " treated in " << safe(frame.function) << " (" << safe(frame.file)
              << ':' << PQDebugString::fromIntToWstring(frame.line) << ')';
         if (!frame.context.empty()) {
-            text << " - " << frame.context;
+            (text << " - ").appendAtMost(frame.context, PQDebug::kMaxContextText);
         }
         text << ": " << e.m_message << " - raised in " << e.m_function << " (" << e.m_file << ':'
              << PQDebugString::fromIntToWstring(e.m_line) << ')';

@@ -108,6 +108,19 @@ TEST(PQException, FinalFormsLogOnceEach) {
     EXPECT_TRUE(contains(records[3].text, "boom"));
 }
 
+TEST(PQException, LongContextIsCutBeforeTheMessage) {
+    const pqtest::LogCapture log;
+    PQException e = makeException();
+    const std::string context(PQ_DEBUG::PQDebug::kMaxContextText + 10, 'c');
+    PQException::func_TREAT_PQ_EXCEPTION_FINAL(e, false, context, PQLogType_EXCEPTION, 1, true,
+                                               false, "f", "F", 1);
+    const auto records = log.records();
+    ASSERT_EQ(records.size(), 1U);
+    EXPECT_TRUE(
+        contains(records[0].text, " - " + std::string(PQ_DEBUG::PQDebug::kMaxContextText, 'c') +
+                                      "... [10 more bytes cut]: x should be true - raised"));
+}
+
 TEST(PQException, CallChainIsBounded) {
     const pqtest::LogCapture log;
     PQException e = makeException();

@@ -18,7 +18,7 @@ namespace {
 std::string textOf(const PQOrder& order) { return *order.get_orderString().getStringSource(); }
 
 PQOrder logOrder() {
-    return PQOrder(PQ_UTILS::PQReceivedOrderType_log, PQ_UTILS::PQOrderType_ORDER_NORMAL);
+    return {PQ_UTILS::PQReceivedOrderType_log, PQ_UTILS::PQOrderType_ORDER_NORMAL};
 }
 
 } // namespace
@@ -58,6 +58,10 @@ TEST(PQOrder, DuplicatesUpdatesAndDeletes) {
     const pqtest::LogCapture capture;
     EXPECT_EQ(pqtest::messageOf([&] { order.update_orderPiece("missing", "x"); }),
               "Trying to update a value that does not exist for key: missing");
+    // A piece handed to a call that fails is taken all the same.
+    auto piece = std::make_unique<PQOrderPiece>("missing", "x");
+    EXPECT_THROW(order.update_orderPiece(std::move(piece)), PQException);
+    EXPECT_EQ(piece, nullptr); // NOLINT(bugprone-use-after-move)
 }
 
 TEST(PQOrder, CopiesDeeplyClonesTwoKindsAndRefusesAssignment) {

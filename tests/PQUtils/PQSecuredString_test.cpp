@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -66,8 +67,9 @@ TEST(PQSecuredString, CopiesAreDeep) {
 TEST(PQSecuredString, ContentIsWipedBeforeItIsFreed) {
     const WipeWatch watch;
     const kstring longSecret(100, 's'); // on the heap
+    const kstring pin = "pin";          // inside the string object
     {
-        const PQSecuredString shortOne("pin"); // inside the string object
+        const PQSecuredString shortOne(pin);
         const PQSecuredString longOne(longSecret);
     }
     ASSERT_EQ(wipesSeen().size(), 2U);
@@ -84,6 +86,14 @@ TEST(PQSecuredString, ContentIsWipedBeforeItIsFreed) {
     EXPECT_FALSE(wipesSeen().empty());
     EXPECT_TRUE(std::all_of(wipesSeen().begin(), wipesSeen().end(),
                             [](const WipeSeen& wipe) { return wipe.allZero; }));
+
+    // A short text taken over leaves a copy in the caller's string: wiped.
+    kstring taken = "1234";
+    wipesSeen().clear();
+    const PQSecuredString holder(std::move(taken));
+    ASSERT_EQ(wipesSeen().size(), 1U);
+    EXPECT_TRUE(wipesSeen()[0].allZero);
+    EXPECT_EQ(*holder.getStringSource(), "1234");
 }
 
 TEST(PQSecureMemory, WipeCoversTheWholeCapacityNotOnlyTheSize) {

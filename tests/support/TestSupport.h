@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <exception>
 #include <mutex>
 #include <optional>
@@ -11,13 +13,17 @@
 namespace pqtest {
 
 // Routes the debug library's records into a list for the lifetime of the
-// object, then restores the default output.
+// object, then restores the default output. Counts every record and keeps
+// the first `keep` (a flood of reports need not be held in memory).
 class LogCapture {
 public:
-    LogCapture() {
+    explicit LogCapture(std::size_t keep = SIZE_MAX) : m_keep(keep) {
         PQ_DEBUG::PQDebug::setLogSink([this](const PQ_DEBUG::PQLogRecord& record) {
             const std::lock_guard lock(m_mutex);
-            m_records.push_back(record);
+            if (m_records.size() < m_keep) {
+                m_records.push_back(record);
+            }
+            ++m_count;
         });
     }
     LogCapture(const LogCapture&) = delete;
@@ -28,10 +34,16 @@ public:
         const std::lock_guard lock(m_mutex);
         return m_records;
     }
+    [[nodiscard]] std::size_t count() const {
+        const std::lock_guard lock(m_mutex);
+        return m_count;
+    }
 
 private:
     mutable std::mutex m_mutex;
     std::vector<PQ_DEBUG::PQLogRecord> m_records;
+    std::size_t m_keep;
+    std::size_t m_count = 0;
 };
 
 // Sets a log level for the lifetime of the object.

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "PQDebug/PQDebug.h"
 #include "PQDebug/PQDebugString.h"
@@ -10,6 +13,7 @@
 #include "PQUtils/Utils/PQFailure.h"
 #include "PQUtils/Utils/PQSecureMemory.h"
 #include "PQUtils/Utils/PQString.h"
+#include "PQUtils/Utils/PQStringInternal.h"
 
 namespace PQ_UTILS {
 namespace {
@@ -205,16 +209,33 @@ PQSecuredString PQOrder::get_orderString() const try {
     if (name.empty()) {
         return {};
     }
-    PQWipedString text(kstring("action=") + name);
-    for (const std::unique_ptr<PQOrderPiece>& piece : m_pPrivateImp->m_listOrderPiece) {
-        text.get().append(1, '&').append(piece->get_key()).append(1, '=');
-        const PQSecuredString value = piece->get_localOrderString();
-        const PQWipedString escaped(
-            std::move(*PQString::restorePQEntities(*value.getStringSource())));
-        text.get().append(escaped.get());
+    // Nested orders render through their own virtual operation; text values
+    // are read in place.
+    const auto& pieces = m_pPrivateImp->m_listOrderPiece;
+    std::vector<PQSecuredString> nested;
+    std::vector<std::string_view> values;
+    values.reserve(pieces.size());
+    std::size_t size = name.size() + 10;
+    for (const std::unique_ptr<PQOrderPiece>& piece : pieces) {
+        if (piece->get_orderPieceType() == PQOrderPiece::TYPE_STRING) {
+            values.emplace_back(*piece->m_value.getStringSource());
+        } else {
+            values.emplace_back(
+                *nested.emplace_back(piece->get_localOrderString()).getStringSource());
+        }
+        size += piece->get_key().size() + 2 + internal::orderEscapedSize(values.back());
+    }
+    // Sized once, so that no partly written copy of the text is left behind
+    // unwiped as it grows.
+    PQWipedString text;
+    text.get().reserve(size);
+    text.get().append("action=").append(name);
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        text.get().append(1, '&').append(pieces[i]->get_key()).append(1, '=');
+        internal::appendOrderEscaped(text.get(), values[i]);
     }
     text.get().append("&//");
-    return PQSecuredString(text.get());
+    return PQSecuredString(std::move(text.get()));
 }
 PQ_CATCH_AND_TREAT
 

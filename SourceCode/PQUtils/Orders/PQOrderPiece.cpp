@@ -1,5 +1,7 @@
 #include "PQUtils/Orders/PQOrderPiece.h"
 
+#include <utility>
+
 #include "PQUtils/Orders/PQOrder.h"
 #include "PQUtils/Utils/PQFailure.h"
 
@@ -21,12 +23,12 @@ void checkNestedInitialized(const std::unique_ptr<PQOrder>& m_orderPieceValue,
 
 } // namespace
 
-PQOrderPiece::PQOrderPiece(const std::string& key, const std::string& value) try
-    : m_key(key), m_value(value), m_orderPieceType(TYPE_STRING) {}
+PQOrderPiece::PQOrderPiece(std::string key, std::string value) try
+    : m_key(std::move(key)), m_value(std::move(value)), m_orderPieceType(TYPE_STRING) {}
 PQ_CATCH_AND_TREAT
 
-PQOrderPiece::PQOrderPiece(const std::string& key, std::unique_ptr<PQOrder> order) try
-    : m_key(key), m_orderPieceValue(std::move(order)), m_orderPieceType(TYPE_ORDER) {
+PQOrderPiece::PQOrderPiece(std::string key, std::unique_ptr<PQOrder> order) try
+    : m_key(std::move(key)), m_orderPieceValue(std::move(order)), m_orderPieceType(TYPE_ORDER) {
     PQ_CHECK_NULL(m_orderPieceValue.get());
 }
 PQ_CATCH_AND_TREAT
@@ -41,13 +43,20 @@ PQOrderPiece::PQOrderPiece(PQOrderPiece&& other) noexcept = default;
 
 PQOrderPiece::~PQOrderPiece() = default;
 
+const PQOrder& PQOrderPiece::nestedOrder(const char* function) const {
+    if (m_orderPieceType != TYPE_ORDER) {
+        throw frame::assertionFailure("m_orderPieceType == PQOrderPiece::TYPE_ORDER", {},
+                                      {function, pqSourceFile, __LINE__});
+    }
+    checkNestedInitialized(m_orderPieceValue, function);
+    return *m_orderPieceValue;
+}
+
 PQSecuredString PQOrderPiece::get_localOrderString() const try {
     if (m_orderPieceType == TYPE_STRING) {
-        return m_value;
+        return PQSecuredString(*m_value.getStringSource());
     }
-    PQ_ASSERT(m_orderPieceType == PQOrderPiece::TYPE_ORDER);
-    checkNestedInitialized(m_orderPieceValue, __func__);
-    return m_orderPieceValue->get_localOrderString();
+    return nestedOrder(__func__).get_localOrderString();
 }
 PQ_CATCH_AND_TREAT
 
@@ -56,9 +65,7 @@ void PQOrderPiece::get_localOrderString(PQSourceOrderPieceWrapper& out) const tr
         out.append(*m_value.getStringSource());
         return;
     }
-    PQ_ASSERT(m_orderPieceType == PQOrderPiece::TYPE_ORDER);
-    checkNestedInitialized(m_orderPieceValue, __func__);
-    m_orderPieceValue->get_localOrderString(out);
+    nestedOrder(__func__).get_localOrderString(out);
 }
 PQ_CATCH_AND_TREAT
 
@@ -67,19 +74,15 @@ void PQOrderPiece::get_localOrderString_noEscape(PQSourceOrderPieceWrapper& out)
         out.append(*m_value.getStringSource());
         return;
     }
-    PQ_ASSERT(m_orderPieceType == PQOrderPiece::TYPE_ORDER);
-    checkNestedInitialized(m_orderPieceValue, __func__);
-    m_orderPieceValue->get_localOrderString_noEscape(out);
+    nestedOrder(__func__).get_localOrderString_noEscape(out);
 }
 PQ_CATCH_AND_TREAT
 
 PQSecuredString PQOrderPiece::get_pieceValue() const try {
     if (m_orderPieceType == TYPE_STRING) {
-        return m_value;
+        return PQSecuredString(*m_value.getStringSource());
     }
-    PQ_ASSERT(m_orderPieceType == PQOrderPiece::TYPE_ORDER);
-    checkNestedInitialized(m_orderPieceValue, __func__);
-    return m_orderPieceValue->get_pieceValue();
+    return nestedOrder(__func__).get_pieceValue();
 }
 PQ_CATCH_AND_TREAT
 

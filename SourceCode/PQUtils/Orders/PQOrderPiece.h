@@ -19,9 +19,9 @@ class PQOrderPiece : public PQIdentifiable {
     static constexpr int TYPE_STRING = 1;
     static constexpr int TYPE_ORDER = 2;
 
-    PQOrderPiece(const std::string& key, const std::string& value);
+    PQOrderPiece(std::string key, std::string value);
     // Takes the order, even when construction then fails.
-    PQOrderPiece(const std::string& key, std::unique_ptr<PQOrder> order);
+    PQOrderPiece(std::string key, std::unique_ptr<PQOrder> order);
     // Copies the key, the text and the type, and clones a nested order
     // (which fails for an order that cannot be cloned).
     PQOrderPiece(const PQOrderPiece& other);
@@ -48,6 +48,10 @@ class PQOrderPiece : public PQIdentifiable {
 
 private:
     friend class PQOrder; // updates pieces in place
+
+    // The nested order, checked to be one and to be initialized; failures
+    // are reported for `function`.
+    [[nodiscard]] const PQOrder& nestedOrder(const char* function) const;
 
     std::string m_key;
     PQSourceOrderPieceWrapper m_value;

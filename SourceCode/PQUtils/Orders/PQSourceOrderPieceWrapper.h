@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string_view>
+#include <utility>
 
 #include "PQUtils/Utils/PQSecuredString.h"
 
@@ -13,6 +14,7 @@ class PQSourceOrderPieceWrapper : public PQSecuredString {
 
     PQSourceOrderPieceWrapper() = default;
     explicit PQSourceOrderPieceWrapper(const kstring& text) : PQSecuredString(text) {}
+    explicit PQSourceOrderPieceWrapper(kstring&& text) : PQSecuredString(std::move(text)) {}
 
     // Appends `text` to the value (old buffers are wiped as it grows).
     void append(std::string_view text) { appendText(text); }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include "PQUtils/Utils/PQSecuredString.h"
 
 namespace PQ_UTILS {
@@ -11,6 +13,7 @@ class PQSourceOrderWrapper : public PQSecuredString {
 
     PQSourceOrderWrapper() = default;
     explicit PQSourceOrderWrapper(const kstring& text) : PQSecuredString(text) {}
+    explicit PQSourceOrderWrapper(kstring&& text) : PQSecuredString(std::move(text)) {}
 };
 
 } // namespace PQ_UTILS

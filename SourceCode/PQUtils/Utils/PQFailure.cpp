@@ -133,6 +133,12 @@ PQException assertionFailure(std::string_view condition, std::string_view suffix
     return failure(std::move(message), site);
 }
 
+std::string precisions(std::string_view details) {
+    std::string text("\nPrecisions : ");
+    text.append(details);
+    return text;
+}
+
 PQException failure(std::string message, const PQSite& site) {
     return {PQ_DEBUG::PQExceptionType_BAS_EXCEPTION,
             site.file,

@@ -108,6 +108,10 @@ void treatUnknownFinal(bool logCallChain, const std::string& context, const PQSi
 [[nodiscard]] PQException assertionFailure(std::string_view condition, std::string_view suffix,
                                            const PQSite& site);
 
+// The details that an assertion adds after " should be true":
+// "\nPrecisions : " + `details`.
+[[nodiscard]] std::string precisions(std::string_view details);
+
 // Any other failure of the library: PQException of type 1008 with `message`.
 [[nodiscard]] PQException failure(std::string message, const PQSite& site);
 
@@ -172,8 +176,8 @@ void traceMessageFrom(std::string_view function, std::string_view text);
 #define PQ_ASSERT(condition) PQ_ASSERT_TEXT(condition, #condition, ::std::string_view())
 
 // The variant that adds details: "<condition> should be true\nPrecisions : <details>".
-#define PQ_ASSERT_PRECISIONS(condition, precisions)                                                \
-    PQ_ASSERT_TEXT(condition, #condition, ::std::string("\nPrecisions : ") + (precisions))
+#define PQ_ASSERT_PRECISIONS(condition, details)                                                   \
+    PQ_ASSERT_TEXT(condition, #condition, ::PQ_UTILS::frame::precisions(details))
 
 // Throws the library's failure (type 1008) with `message`, unless `condition` holds.
 #define PQ_REQUIRE(condition, message)                                                             \

@@ -1,6 +1,7 @@
 #include "PQUtils/Utils/PQSecuredString.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "PQUtils/Utils/PQFailure.h"
 #include "PQUtils/Utils/PQSecureMemory.h"
@@ -20,6 +21,10 @@ void PQSecuredString::WipingDelete::operator()(kstring* text) const noexcept {
 PQSecuredString::PQSecuredString() : m_sourceString(new kstring) {}
 
 PQSecuredString::PQSecuredString(const kstring& text) : m_sourceString(new kstring(text)) {}
+
+PQSecuredString::PQSecuredString(kstring&& text) : m_sourceString(new kstring(std::move(text))) {
+    secureWipe(text); // NOLINT(bugprone-use-after-move): wipes what the move left behind
+}
 
 PQSecuredString::PQSecuredString(const PQSecuredString& other)
     : PQIdentifiable(other), m_sourceString(new kstring(*other.getStringSource())) {}

@@ -21,6 +21,9 @@ class PQSecuredString : public PQIdentifiable {
     PQSecuredString();
     // Owns a new copy of `text`.
     explicit PQSecuredString(const kstring& text);
+    // Takes `text` over; what stays behind in it (a short text lives inside
+    // the string object) is wiped.
+    explicit PQSecuredString(kstring&& text);
     // Owns a new copy of the other's content.
     PQSecuredString(const PQSecuredString& other);
     // Takes a copy of the other's content; the old content is wiped.

@@ -77,7 +77,61 @@ std::unique_ptr<kstring> unescape(const kstring& text, const EscapeToken& row) {
     return replaceZeroTerminated(text, row.token, row.character, false);
 }
 
+// One left-to-right walk over the escaped part of a value (up to its first
+// zero byte), calling `plain(from, to)` for each run of bytes kept and
+// `token(row)` for each character replaced. The three passes of the
+// sequential escaping give the same result: no token holds "=", "&" or "/",
+// so no pass makes or breaks a match of another.
+constexpr std::array<bool, 256> kMayStartEscape = [] {
+    std::array<bool, 256> table{};
+    for (const EscapeToken& row : kOrderEscapes) {
+        table[static_cast<unsigned char>(row.character[0])] = true;
+    }
+    return table;
+}();
+
+template <class Plain, class Token>
+void walkOrderEscapes(std::string_view value, Plain plain, Token token) {
+    const std::string_view searched = untilZero(value.data(), value.size());
+    std::size_t copied = 0;
+    for (std::size_t i = 0; i < searched.size(); ++i) {
+        const char c = searched[i];
+        if (!kMayStartEscape[static_cast<unsigned char>(c)]) {
+            continue;
+        }
+        const EscapeToken* row = nullptr;
+        if (c == '=') {
+            row = &kEquals;
+        } else if (c == '&') {
+            row = &kAmpersand;
+        } else if (c == '/' && i + 1 < searched.size() && searched[i + 1] == '/') {
+            row = &kDoubleSlash;
+        }
+        if (row != nullptr) {
+            plain(copied, i);
+            token(*row);
+            i += row->character.size() - 1;
+            copied = i + 1;
+        }
+    }
+    plain(copied, value.size());
+}
+
 } // namespace
+
+void internal::appendOrderEscaped(kstring& out, std::string_view value) {
+    walkOrderEscapes(
+        value, [&](std::size_t from, std::size_t to) { out.append(value.substr(from, to - from)); },
+        [&](const EscapeToken& row) { out.append(row.token); });
+}
+
+std::size_t internal::orderEscapedSize(std::string_view value) noexcept {
+    std::size_t size = 0;
+    walkOrderEscapes(
+        value, [&](std::size_t from, std::size_t to) { size += to - from; },
+        [&](const EscapeToken& row) { size += row.token.size(); });
+    return size;
+}
 
 void PQString::initialyze_public() {
     m_sEmptyString.clear();
@@ -203,10 +257,9 @@ void PQString::restoreArobase(std::vector<kstring>* list) try {
 PQ_CATCH_AND_TREAT
 
 std::unique_ptr<kstring> PQString::restorePQEntities(const kstring& text) try {
-    std::unique_ptr<kstring> result = escape(text, kOrderEscapes[0]);
-    for (std::size_t i = 1; i < kOrderEscapes.size(); ++i) {
-        result = escape(*result, kOrderEscapes[i]);
-    }
+    auto result = std::make_unique<kstring>();
+    result->reserve(internal::orderEscapedSize(text));
+    internal::appendOrderEscaped(*result, text);
     return result;
 }
 PQ_CATCH_AND_TREAT
@@ -214,12 +267,18 @@ PQ_CATCH_AND_TREAT
 std::unique_ptr<kstring> PQString::removePQEntities(const kstring& text) try {
     // Three passes in sequence, each over the result of the one before: a
     // token that appears only once the previous one is restored is restored
-    // too ("--amp--equ--" -> "--amp=" is not, as "--equ--" goes first).
-    std::unique_ptr<kstring> result = unescape(text, kOrderEscapes[0]);
-    for (std::size_t i = 1; i < kOrderEscapes.size(); ++i) {
-        result = unescape(*result, kOrderEscapes[i]);
+    // too ("--amp--equ--" -> "--amp=" is not, as "--equ--" goes first). A
+    // pass with nothing to restore would only copy, so it is skipped.
+    std::unique_ptr<kstring> result;
+    const kstring* current = &text;
+    for (const EscapeToken& row : kOrderEscapes) {
+        if (findBytes(untilZero(current->data(), current->size()), row.token) !=
+            std::string_view::npos) {
+            result = unescape(*current, row);
+            current = result.get();
+        }
     }
-    return result;
+    return result ? std::move(result) : std::make_unique<kstring>(text);
 }
 PQ_CATCH_AND_TREAT
 

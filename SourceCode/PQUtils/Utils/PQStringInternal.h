@@ -66,3 +66,14 @@ namespace PQ_UTILS::internal {
 }
 
 } // namespace PQ_UTILS::internal
+
+namespace PQ_UTILS::internal {
+
+// The order writer's escaping of a value ("=" -> "--equ--", "&" -> "--amp--",
+// "//" -> "--dbsl--"; bytes after a zero byte copied as they are), appended
+// to `out` in one pass. The same output as PQString::restorePQEntities.
+void appendOrderEscaped(kstring& out, std::string_view value);
+// How many bytes appendOrderEscaped appends for `value`.
+[[nodiscard]] std::size_t orderEscapedSize(std::string_view value) noexcept;
+
+} // namespace PQ_UTILS::internal

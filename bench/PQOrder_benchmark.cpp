@@ -1,0 +1,99 @@
+// Order text both ways on a message of 20 pieces (about 2 KB of text with
+// escaped values): render, parse, and the round trip, in orders and bytes
+// per second with allocations per order; and a hostile order of malformed
+// elements, each of which is reported.
+
+#include <cstdint>
+#include <string>
+
+#include <benchmark/benchmark.h>
+
+#include "PQAllocationCounter.h"
+#include "PQDebug/PQDebug.h"
+#include "PQUtils/Orders/PQOrder.h"
+#include "PQUtils/Orders/ReceivedOrders/PQReceivedOrder.h"
+
+namespace {
+
+using PQ_UTILS::kstring;
+using PQ_UTILS::PQOrder;
+using PQ_UTILS::PQReceivedOrder;
+using PQ_UTILS::PQSourceOrderWrapper;
+
+constexpr int kPieces = 20;
+
+// Values of about 90 bytes, one in four with characters to escape.
+PQOrder twentyPieceOrder() {
+    PQOrder order(PQ_UTILS::PQReceivedOrderType_DOMInformations,
+                  PQ_UTILS::PQOrderType_ORDER_NORMAL);
+    for (int i = 0; i < kPieces; ++i) {
+        kstring value(80, static_cast<char>('a' + i));
+        if (i % 4 == 0) {
+            value.append("?q=1&r=https://x");
+        } else {
+            value.append("0123456789");
+        }
+        order.add_orderPiece("field" + std::to_string(i), value);
+    }
+    return order;
+}
+
+void perOrder(benchmark::State& state, std::size_t bytes,
+              const pqbench::AllocationsPerIteration& allocations) {
+    state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations()));
+    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * bytes));
+    allocations.report(state);
+}
+
+void BM_RenderOrder(benchmark::State& state) {
+    const PQOrder order = twentyPieceOrder();
+    const std::size_t bytes = order.get_orderString().getStringSource()->size();
+    const pqbench::AllocationsPerIteration allocations;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(order.get_orderString());
+    }
+    perOrder(state, bytes, allocations);
+}
+BENCHMARK(BM_RenderOrder);
+
+void BM_ParseOrder(benchmark::State& state) {
+    const PQSourceOrderWrapper text(*twentyPieceOrder().get_orderString().getStringSource());
+    const pqbench::AllocationsPerIteration allocations;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(PQReceivedOrder::getOrderPiecesFromOrder(text, true));
+    }
+    perOrder(state, text.getStringSource()->size(), allocations);
+}
+BENCHMARK(BM_ParseOrder);
+
+void BM_OrderRoundTrip(benchmark::State& state) {
+    const PQOrder order = twentyPieceOrder();
+    const std::size_t bytes = order.get_orderString().getStringSource()->size();
+    const pqbench::AllocationsPerIteration allocations;
+    for (auto _ : state) {
+        const PQSourceOrderWrapper text(*order.get_orderString().getStringSource());
+        benchmark::DoNotOptimize(PQReceivedOrder::getOrderPiecesFromOrder(text, true));
+    }
+    perOrder(state, bytes, allocations);
+}
+BENCHMARK(BM_OrderRoundTrip);
+
+// 1 MB of 200,000 elements without "=": one report each, records dropped.
+void BM_ParseMalformedOrder(benchmark::State& state) {
+    kstring hostile;
+    for (int i = 0; i < 200000; ++i) {
+        hostile += "badx&";
+    }
+    const PQSourceOrderWrapper text(hostile);
+    PQ_DEBUG::PQDebug::setLogSink([](const PQ_DEBUG::PQLogRecord&) {});
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(PQReceivedOrder::getOrderPiecesFromOrder(text, true));
+    }
+    PQ_DEBUG::PQDebug::setLogSink(nullptr);
+    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * hostile.size()));
+    state.counters["reports/s"] = benchmark::Counter(
+        static_cast<double>(state.iterations()) * 200000.0, benchmark::Counter::kIsRate);
+}
+BENCHMARK(BM_ParseMalformedOrder)->Unit(benchmark::kMillisecond);
+
+} // namespace
