@@ -1,5 +1,6 @@
-// Starts the library, names an action and an order kind both ways, and shuts
-// the library down. Exits with 0 when every answer is the expected one.
+// Starts the library, names an action and an order kind both ways, renders
+// an order and reads it back, and shuts the library down. Exits with 0 when
+// every answer is the expected one.
 
 #include <cstdio>
 
@@ -15,8 +16,17 @@ int main() {
     const PQOrderType kind = PQ_DEBUG::getIntFromWstringT<PQOrderType>(
         PQ_DEBUG::PQObjectType_PQOrderType, "ORDER_JSONORDER", &initialize_public_PQOrderType);
     std::printf("action 13 is %s, ORDER_JSONORDER is %d\n", action->c_str(), kind);
-    const bool ok = *action == "askLogin" && kind == PQOrderType_ORDER_JSONORDER &&
-                    PQString().get_objectType() == PQ_DEBUG::PQObjectType_PQString;
+    PQOrder order(PQReceivedOrderType_askLogin, PQOrderType_ORDER_NORMAL);
+    order.add_orderPiece("url", "https://a.example/?q=1&r=2");
+    const PQSecuredString text = order.get_orderString();
+    const auto pieces = PQReceivedOrder::getOrderPiecesFromOrder(
+        PQSourceOrderWrapper(*text.getStringSource()), true);
+    std::printf("%s\n", text.getStringSource()->c_str());
+
+    const bool ok =
+        *action == "askLogin" && kind == PQOrderType_ORDER_JSONORDER &&
+        PQString().get_objectType() == PQ_DEBUG::PQObjectType_PQString && pieces->size() == 2 &&
+        *(*pieces)[1].get_pieceValue().getStringSource() == "https://a.example/?q=1&r=2";
 
     PQInit::clean();
     return ok ? 0 : 1;
