@@ -30,6 +30,16 @@ const kstring& orderTypeName(PQOrderType type) {
                                                       &initialize_public_PQOrderType);
 }
 
+// Removes the first piece that `match` accepts; the others keep their order.
+template <class Match>
+void eraseFirst(std::vector<std::unique_ptr<PQOrderPiece>>& pieces, Match match) {
+    const auto found = std::find_if(pieces.begin(), pieces.end(),
+                                    [&match](const auto& each) { return match(*each); });
+    if (found != pieces.end()) {
+        pieces.erase(found);
+    }
+}
+
 // What a plain order answers when asked for a rendering only JSON orders have.
 PQException notForAPlainOrder(const char* function) {
     return frame::failure("this must must not be called", {function, pqSourceFile, __LINE__});
@@ -171,13 +181,8 @@ PQ_CATCH_AND_TREAT
 
 void PQOrder::delete_orderPiece(std::unique_ptr<PQOrderPiece> piece) try {
     PQ_CHECK_NULL(piece.get());
-    auto& pieces = m_pPrivateImp->m_listOrderPiece;
-    const auto found = std::find_if(pieces.begin(), pieces.end(), [&piece](const auto& each) {
-        return each->get_key() == piece->get_key();
-    });
-    if (found != pieces.end()) {
-        pieces.erase(found);
-    }
+    eraseFirst(m_pPrivateImp->m_listOrderPiece,
+               [&piece](const PQOrderPiece& each) { return each.get_key() == piece->get_key(); });
 }
 PQ_CATCH_AND_TREAT
 
@@ -189,13 +194,9 @@ PQ_CATCH_AND_TREAT
 void PQOrder::delete_orderPieceValue(std::unique_ptr<PQOrderPiece> piece) try {
     PQ_CHECK_NULL(piece.get());
     const PQSecuredString wanted = piece->get_pieceValue();
-    auto& pieces = m_pPrivateImp->m_listOrderPiece;
-    const auto found = std::find_if(pieces.begin(), pieces.end(), [&wanted](const auto& each) {
-        return *each->get_pieceValue().getStringSource() == *wanted.getStringSource();
+    eraseFirst(m_pPrivateImp->m_listOrderPiece, [&wanted](const PQOrderPiece& each) {
+        return *each.get_pieceValue().getStringSource() == *wanted.getStringSource();
     });
-    if (found != pieces.end()) {
-        pieces.erase(found);
-    }
 }
 PQ_CATCH_AND_TREAT
 
