@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "PQUtils/Utils/PQFailure.h"
+#include "PQUtils/Utils/PQSecureMemory.h"
 #include "PQUtils/Utils/PQStringInternal.h"
 
 namespace PQ_UTILS {
@@ -187,6 +188,7 @@ void PQString::self_replace(kstring& text, const kstring& from, const kstring& t
     replaced.reserve(text.size());
     appendReplaced(replaced, text, text, from, to, false);
     text.swap(replaced);
+    secureWipe(replaced); // the text may be a secret
 }
 PQ_CATCH_AND_TREAT
 
