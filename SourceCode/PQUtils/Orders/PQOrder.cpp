@@ -90,11 +90,7 @@ PQOrder::~PQOrder() {
     }
 }
 
-PQOrder& PQOrder::operator=(const PQOrder& /*order*/) {
-    throw PQException(PQ_DEBUG::PQExceptionType_NOT_ALLOWED, pqSourceFile, __func__, __LINE__, "",
-                      PQException::get_PQ_EX_ANORMAL(), true, false, PQ_DEBUG::PQLogType_EXCEPTION,
-                      false);
-}
+PQOrder& PQOrder::operator=(const PQOrder& /*order*/) { throw frame::notAllowed(PQ_FRAME_SITE()); }
 
 void PQOrder::traceLife(const char* source, const char* verb) const {
     if (m_pPrivateImp->m_orderType != PQOrderType_ORDER_CHANGELANGUAGE ||

@@ -139,8 +139,10 @@ std::string precisions(std::string_view details) {
     return text;
 }
 
-PQException failure(std::string message, const PQSite& site) {
-    return {PQ_DEBUG::PQExceptionType_BAS_EXCEPTION,
+namespace {
+
+PQException failureOfType(PQ_DEBUG::PQExceptionType type, std::string message, const PQSite& site) {
+    return {type,
             site.file,
             site.function,
             site.line,
@@ -150,6 +152,16 @@ PQException failure(std::string message, const PQSite& site) {
             false,
             kLogType,
             false};
+}
+
+} // namespace
+
+PQException failure(std::string message, const PQSite& site) {
+    return failureOfType(PQ_DEBUG::PQExceptionType_BAS_EXCEPTION, std::move(message), site);
+}
+
+PQException notAllowed(const PQSite& site) {
+    return failureOfType(PQ_DEBUG::PQExceptionType_NOT_ALLOWED, {}, site);
 }
 
 PQNullPointerException nullPointer(std::string_view expression, const PQSite& site,

@@ -115,6 +115,10 @@ void treatUnknownFinal(bool logCallChain, const std::string& context, const PQSi
 // Any other failure of the library: PQException of type 1008 with `message`.
 [[nodiscard]] PQException failure(std::string message, const PQSite& site);
 
+// An operation that the object refuses (assigning an order, a query that a
+// kind of JSON node does not answer): PQException of type 1075, no message.
+[[nodiscard]] PQException notAllowed(const PQSite& site);
+
 // A null pointer: PQNullPointerException for the variable `expression`,
 // message "Null variable : " + `expression` + " - " unless one is given.
 [[nodiscard]] PQNullPointerException nullPointer(std::string_view expression, const PQSite& site,
