@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -40,6 +41,9 @@ void eraseFirst(std::vector<std::unique_ptr<PQOrderPiece>>& pieces, Match match)
     }
 }
 
+// Set while a copy of a tree copies the pieces of its nested orders itself.
+thread_local bool tl_copyingLevelByLevel = false;
+
 // What a plain order answers when asked for a rendering only JSON orders have.
 PQException notForAPlainOrder(const char* function) {
     return frame::failure("this must must not be called", {function, pqSourceFile, __LINE__});
@@ -68,13 +72,39 @@ PQOrder::PQOrder(const PQOrder& order) try
       m_pPrivateImp(std::make_unique<PQOrder_p>(this, order.m_pPrivateImp->m_action,
                                                 order.m_pPrivateImp->m_orderType)) {
     m_pPrivateImp->m_initialized = order.m_pPrivateImp->m_initialized;
-    m_pPrivateImp->m_listOrderPiece.reserve(order.m_pPrivateImp->m_listOrderPiece.size());
-    for (const std::unique_ptr<PQOrderPiece>& piece : order.m_pPrivateImp->m_listOrderPiece) {
-        m_pPrivateImp->m_listOrderPiece.push_back(std::make_unique<PQOrderPiece>(*piece));
+    if (!tl_copyingLevelByLevel) {
+        copyTreeOf(order);
     }
     traceLife("PQOrder", "creating PQOrder ");
 }
 PQ_CATCH_AND_TREAT
+
+void PQOrder::copyTreeOf(const PQOrder& original) {
+    // Each nested order is cloned (so it keeps its class) while the flag
+    // keeps the clone from copying pieces of its own; its pieces are copied
+    // here in turn. A deeply nested tree is so copied without recursing
+    // once per level.
+    struct LevelByLevel {
+        LevelByLevel() noexcept { tl_copyingLevelByLevel = true; }
+        LevelByLevel(const LevelByLevel&) = delete;
+        LevelByLevel& operator=(const LevelByLevel&) = delete;
+        ~LevelByLevel() { tl_copyingLevelByLevel = false; }
+    } const levelByLevel;
+    std::vector<std::pair<PQOrder*, const PQOrder*>> pending{{this, &original}};
+    while (!pending.empty()) {
+        const auto [copy, source] = pending.back();
+        pending.pop_back();
+        auto& pieces = copy->m_pPrivateImp->m_listOrderPiece;
+        pieces.reserve(source->m_pPrivateImp->m_listOrderPiece.size());
+        for (const std::unique_ptr<PQOrderPiece>& piece : source->m_pPrivateImp->m_listOrderPiece) {
+            pieces.push_back(std::make_unique<PQOrderPiece>(*piece));
+            if (piece->m_orderPieceValue != nullptr) {
+                pending.emplace_back(pieces.back()->m_orderPieceValue.get(),
+                                     piece->m_orderPieceValue.get());
+            }
+        }
+    }
+}
 
 std::unique_ptr<PQOrder> PQOrder::clone() const try {
     PQ_ASSERT(m_pPrivateImp->m_orderType == PQOrderType_ORDER_NORMAL ||
@@ -86,6 +116,24 @@ PQ_CATCH_AND_TREAT
 PQOrder::~PQOrder() {
     try {
         traceLife("~PQOrder", "destructing PQOrder ");
+    } catch (...) { // NOLINT(bugprone-empty-catch): a destructor must not throw
+    }
+    // Takes nested orders apart here, level by level, so that destroying a
+    // deeply nested tree does not recurse once per level. Should this list
+    // fail to grow, what is left is destroyed the ordinary way.
+    try {
+        std::vector<std::unique_ptr<PQOrderPiece>> doomed;
+        doomed.swap(m_pPrivateImp->m_listOrderPiece);
+        while (!doomed.empty()) {
+            const std::unique_ptr<PQOrderPiece> piece = std::move(doomed.back());
+            doomed.pop_back();
+            if (piece->m_orderPieceValue != nullptr) {
+                auto& inner = piece->m_orderPieceValue->m_pPrivateImp->m_listOrderPiece;
+                doomed.reserve(doomed.size() + inner.size());
+                std::move(inner.begin(), inner.end(), std::back_inserter(doomed));
+                inner.clear();
+            }
+        }
     } catch (...) { // NOLINT(bugprone-empty-catch): a destructor must not throw
     }
 }

@@ -95,6 +95,8 @@ private:
     // life the product traces (ORDER_CHANGELANGUAGE).
     void traceLife(const char* source, const char* verb) const;
     [[nodiscard]] PQOrderPiece* findPiece(const std::string& key) const;
+    // Copies the pieces of `original`, and of every order nested in them.
+    void copyTreeOf(const PQOrder& original);
 
     std::unique_ptr<PQOrder_p> m_pPrivateImp;
 };
