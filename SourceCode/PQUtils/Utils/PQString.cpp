@@ -32,6 +32,8 @@ constexpr EscapeToken kEquals{"=", "--equ--"};
 constexpr EscapeToken kAmpersand{"&", "--amp--"};
 constexpr EscapeToken kDoublePoint{":", "--dblpt--"};
 constexpr EscapeToken kArobase{"@", "--arob--"};
+// Only for JSON text sent in an order.
+constexpr EscapeToken kLineFeed{"\n", "--endl--"};
 
 // The order writer's escapes, applied in this order (the reader undoes them
 // in the same order).
@@ -81,18 +83,20 @@ std::unique_ptr<kstring> unescape(const kstring& text, const EscapeToken& row) {
 // One left-to-right walk over the escaped part of a value (up to its first
 // zero byte), calling `plain(from, to)` for each run of bytes kept and
 // `token(row)` for each character replaced. The three passes of the
-// sequential escaping give the same result: no token holds "=", "&" or "/",
-// so no pass makes or breaks a match of another.
+// sequential escaping (four with line feeds) give the same result: no token
+// holds "=", "&", "/" or a line feed, so no pass makes or breaks a match of
+// another.
 constexpr std::array<bool, 256> kMayStartEscape = [] {
     std::array<bool, 256> table{};
     for (const EscapeToken& row : kOrderEscapes) {
         table[static_cast<unsigned char>(row.character[0])] = true;
     }
+    table[static_cast<unsigned char>(kLineFeed.character[0])] = true;
     return table;
 }();
 
 template <class Plain, class Token>
-void walkOrderEscapes(std::string_view value, Plain plain, Token token) {
+void walkOrderEscapes(std::string_view value, bool lineFeeds, Plain plain, Token token) {
     const std::string_view searched = untilZero(value.data(), value.size());
     std::size_t copied = 0;
     for (std::size_t i = 0; i < searched.size(); ++i) {
@@ -107,6 +111,8 @@ void walkOrderEscapes(std::string_view value, Plain plain, Token token) {
             row = &kAmpersand;
         } else if (c == '/' && i + 1 < searched.size() && searched[i + 1] == '/') {
             row = &kDoubleSlash;
+        } else if (c == '\n' && lineFeeds) {
+            row = &kLineFeed;
         }
         if (row != nullptr) {
             plain(copied, i);
@@ -120,16 +126,17 @@ void walkOrderEscapes(std::string_view value, Plain plain, Token token) {
 
 } // namespace
 
-void internal::appendOrderEscaped(kstring& out, std::string_view value) {
+void internal::appendOrderEscaped(kstring& out, std::string_view value, bool lineFeeds) {
     walkOrderEscapes(
-        value, [&](std::size_t from, std::size_t to) { out.append(value.substr(from, to - from)); },
+        value, lineFeeds,
+        [&](std::size_t from, std::size_t to) { out.append(value.substr(from, to - from)); },
         [&](const EscapeToken& row) { out.append(row.token); });
 }
 
-std::size_t internal::orderEscapedSize(std::string_view value) noexcept {
+std::size_t internal::orderEscapedSize(std::string_view value, bool lineFeeds) noexcept {
     std::size_t size = 0;
     walkOrderEscapes(
-        value, [&](std::size_t from, std::size_t to) { size += to - from; },
+        value, lineFeeds, [&](std::size_t from, std::size_t to) { size += to - from; },
         [&](const EscapeToken& row) { size += row.token.size(); });
     return size;
 }

@@ -77,8 +77,10 @@ namespace PQ_UTILS::internal {
 // The order writer's escaping of a value ("=" -> "--equ--", "&" -> "--amp--",
 // "//" -> "--dbsl--"; bytes after a zero byte copied as they are), appended
 // to `out` in one pass. The same output as PQString::restorePQEntities.
-void appendOrderEscaped(kstring& out, std::string_view value);
+// With `lineFeeds`, a line feed also becomes "--endl--" (as replace_pq
+// would make it after the three others), for JSON text sent in an order.
+void appendOrderEscaped(kstring& out, std::string_view value, bool lineFeeds = false);
 // How many bytes appendOrderEscaped appends for `value`.
-[[nodiscard]] std::size_t orderEscapedSize(std::string_view value) noexcept;
+[[nodiscard]] std::size_t orderEscapedSize(std::string_view value, bool lineFeeds = false) noexcept;
 
 } // namespace PQ_UTILS::internal
