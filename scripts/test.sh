@@ -20,9 +20,12 @@ missing=()
 for command in "${!wanted[@]}"; do
     command -v "$command" >/dev/null 2>&1 || missing+=("${wanted[$command]}")
 done
-# Libraries: GoogleTest, Google Benchmark and Clang's sanitizer runtime.
+# Libraries: GoogleTest, Google Benchmark, a JSON parser to check our JSON
+# against, and Clang's sanitizer runtime.
 ls /usr/lib/*/cmake/GTest/GTestConfig.cmake >/dev/null 2>&1 || missing+=(libgtest-dev)
 ls /usr/lib/*/cmake/benchmark/benchmarkConfig.cmake >/dev/null 2>&1 || missing+=(libbenchmark-dev)
+ls /usr/share/cmake/nlohmann_json/nlohmann_jsonConfig.cmake >/dev/null 2>&1 ||
+    missing+=(nlohmann-json3-dev)
 if ! clang++ -print-file-name=libclang_rt.asan-x86_64.a 2>/dev/null | grep -q /; then
     missing+=(libclang-rt-dev)
 fi

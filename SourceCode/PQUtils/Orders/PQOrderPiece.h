@@ -47,7 +47,8 @@ class PQOrderPiece : public PQIdentifiable {
     [[nodiscard]] PQSecuredString get_pieceValue() const;
 
 private:
-    friend class PQOrder; // updates pieces in place
+    friend class PQOrder;     // updates pieces in place, takes trees apart
+    friend class PQJsonOrder; // renders trees without copying their texts
 
     // The nested order, checked to be one and to be initialized; failures
     // are reported for `function`.

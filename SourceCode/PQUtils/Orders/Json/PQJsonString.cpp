@@ -1,0 +1,71 @@
+#include "PQUtils/Orders/Json/PQJsonString.h"
+
+#include <utility>
+
+#include "PQUtils/Orders/Json/PQJsonInternal.h"
+#include "PQUtils/Utils/PQSecureMemory.h"
+
+namespace PQ_UTILS {
+namespace {
+
+constexpr const char* pqSourceFile = internal::kJsonStringSource;
+
+} // namespace
+
+PQJsonString::PQJsonString() try : PQJsonOrder(PQReceivedOrderType_NO_TYPE) {}
+PQ_CATCH_AND_TREAT
+
+PQJsonString::PQJsonString(const kstring& value) try : PQJsonString(kstring(value)) {}
+PQ_CATCH_AND_TREAT
+
+PQJsonString::PQJsonString(kstring&& value) try : PQJsonOrder(PQReceivedOrderType_NO_TYPE) {
+    add_orderPiece_noCheck(std::make_unique<PQOrderPiece>(kstring(), std::move(value)));
+}
+PQ_CATCH_AND_TREAT
+
+PQJsonString::PQJsonString(const std::unique_ptr<kstring>& value) try
+    : PQJsonString(value ? *value : kstring()) {}
+PQ_CATCH_AND_TREAT
+
+PQJsonString::PQJsonString(const PQJsonString& other) try : PQJsonOrder(other) {}
+PQ_CATCH_AND_TREAT
+
+PQJsonString::~PQJsonString() = default;
+
+std::unique_ptr<PQOrder> PQJsonString::clone() const try {
+    checkCloneable(PQ_FRAME_SITE());
+    return std::make_unique<PQJsonString>(*this);
+}
+PQ_CATCH_AND_TREAT
+
+void PQJsonString::get_localOrderString(PQSourceOrderPieceWrapper& out) const try {
+    render(Shape::String, out, true);
+}
+PQ_CATCH_AND_TREAT
+
+void PQJsonString::get_localOrderString_noEscape(PQSourceOrderPieceWrapper& out) const try {
+    render(Shape::String, out, false);
+}
+PQ_CATCH_AND_TREAT
+
+PQSecuredString PQJsonString::get_pieceValue() const try {
+    const auto& pieces = get_listOrderPiece();
+    if (pieces.empty()) {
+        return {};
+    }
+    PQWipedString text(*pieces.front()->get_localOrderString().getStringSource());
+    internal::unescapeJson(text.get());
+    return PQSecuredString(std::move(text.get()));
+}
+PQ_CATCH_AND_TREAT
+
+bool PQJsonString::isJSonString() const { return true; }
+
+kstring PQJsonString::getValue() const try {
+    const PQOrderPiece* const piece = get_orderPiece(kstring());
+    PQ_CHECK_NULL(piece);
+    return *piece->get_pieceValue().getStringSource();
+}
+PQ_CATCH_AND_TREAT
+
+} // namespace PQ_UTILS
