@@ -1,8 +1,10 @@
 // Starts the library, names an action and an order kind both ways, renders
-// an order and reads it back, and shuts the library down. Exits with 0 when
-// every answer is the expected one.
+// an order and reads it back, sends a JSON order, and shuts the library
+// down. Exits with 0 when every answer is the expected one.
 
 #include <cstdio>
+#include <memory>
+#include <utility>
 
 #include "PQUtils/PQUtils.h"
 
@@ -23,10 +25,21 @@ int main() {
         PQSourceOrderWrapper(*text.getStringSource()), true);
     std::printf("%s\n", text.getStringSource()->c_str());
 
+    PQJsonOrder answer(PQReceivedOrderType_vordaApplicationResponse);
+    auto user = std::make_unique<PQJsonObject>();
+    user->addValue("name", "Ada");
+    user->addValue("admin", true);
+    answer.addValue("user", std::move(user));
+    const PQSecuredString json = answer.get_orderString();
+    std::printf("%s\n", json.getStringSource()->c_str());
+
     const bool ok =
         *action == "askLogin" && kind == PQOrderType_ORDER_JSONORDER &&
         PQString().get_objectType() == PQ_DEBUG::PQObjectType_PQString && pieces->size() == 2 &&
-        *(*pieces)[1].get_pieceValue().getStringSource() == "https://a.example/?q=1&r=2";
+        *(*pieces)[1].get_pieceValue().getStringSource() == "https://a.example/?q=1&r=2" &&
+        *json.getStringSource() == "action=vordaApplicationResponse&content="
+                                   R"({"user":{"name":"Ada","admin":true}})"
+                                   "&//";
 
     PQInit::clean();
     return ok ? 0 : 1;
