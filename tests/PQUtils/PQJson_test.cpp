@@ -2,6 +2,7 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <random>
+#include <stdexcept>
 #include <string>
 #include <utility>
 
@@ -34,6 +35,28 @@ std::string rendered(const PQJsonOrder& node, bool escape = true) {
 std::string unescaped(const std::string& stored) {
     return *PQJsonString(stored).get_pieceValue().getStringSource();
 }
+
+// A node of a class of its own, written by its own renderer: JSON's null.
+class JsonNull : public PQJsonOrder {
+public:
+    JsonNull() : PQJsonOrder(PQ_UTILS::PQReceivedOrderType_NO_TYPE) {}
+    using PQJsonOrder::get_localOrderString;
+    using PQJsonOrder::get_localOrderString_noEscape;
+    void get_localOrderString(PQSourceOrderPieceWrapper& out) const override { out.append("null"); }
+    void get_localOrderString_noEscape(PQSourceOrderPieceWrapper& out) const override {
+        out.append("null");
+    }
+};
+
+// An object that refuses every piece, so that an add fails after the call
+// has taken the child.
+class RefusingObject : public PQJsonObject {
+public:
+    using PQJsonObject::add_orderPiece;
+    void add_orderPiece(std::unique_ptr<PQ_UTILS::PQOrderPiece> /*piece*/) override {
+        throw std::runtime_error("refused");
+    }
+};
 
 } // namespace
 
@@ -222,6 +245,21 @@ TEST(PQJson, ChildrenHandedOverAreTakenEvenWhenTheCallFails) {
     EXPECT_THROW(object.updateValue("missing", std::move(child)), PQException);
     EXPECT_EQ(child, nullptr); // NOLINT(bugprone-use-after-move): taken, and freed
     EXPECT_FALSE(object.hasChildren());
+
+    RefusingObject refusing;
+    auto array = std::make_unique<PQJsonArray>();
+    array->addValue("x");
+    EXPECT_EQ(pqtest::messageOf([&] { refusing.addValue("k", std::move(array)); }), "refused");
+    EXPECT_EQ(array, nullptr); // NOLINT(bugprone-use-after-move): taken, and freed
+    EXPECT_FALSE(refusing.hasChildren());
+}
+
+TEST(PQJson, ANodeOfADerivedClassRendersItself) {
+    PQJsonArray array;
+    array.addValue(std::make_unique<JsonNull>());
+    array.addValue("x");
+    EXPECT_EQ(rendered(array), R"([null,"x"])");
+    EXPECT_EQ(rendered(array, false), R"([null,"x"])");
 }
 
 TEST(PQJson, ClonesAreDeepAndKeepTheirClass) {
