@@ -29,6 +29,7 @@
 #include "PQUtils/Utils/PQFailure.h"
 #include "PQUtils/Utils/PQIdentity.h"
 #include "PQUtils/Utils/PQInit.h"
+#include "PQUtils/Utils/PQNumber.h"
 #include "PQUtils/Utils/PQSecureMemory.h"
 #include "PQUtils/Utils/PQSecuredString.h"
 #include "PQUtils/Utils/PQSecuredStringRef.h"
