@@ -6,6 +6,9 @@
 #include <gtest/gtest.h>
 
 #include "PQDebug/Resources/PQObjectType.h"
+#include "PQUtils/Utils/PQCreditCardNumberValidator.h"
+#include "PQUtils/Utils/PQNumber.h"
+#include "PQUtils/Utils/PQPasswordValidator.h"
 #include "PQUtils/Utils/PQString.h"
 #include "PQUtils/Utils/PQUtil.h"
 #include "support/TestSupport.h"
@@ -42,6 +45,15 @@ TEST(PQIdentity, DerivedObjectReportsItsOwnTypeThroughABasePointer) {
 TEST(PQIdentity, UtilityClassesCarryTheTrio) {
     EXPECT_EQ(PQ_UTILS::PQString().get_objectType(), PQ_DEBUG::PQObjectType_PQString);
     EXPECT_EQ(PQ_UTILS::PQUtil().get_className_nonStatic(), "PQUtil");
+    EXPECT_EQ(PQ_UTILS::PQNumber().get_objectType(), PQ_DEBUG::PQObjectType_PQNumber);
+    EXPECT_EQ(PQ_UTILS::PQPasswordValidator().get_objectType(),
+              PQ_DEBUG::PQObjectType_PQPasswordValidator);
+    // Named, but not one of the registered types: its type is the lookup
+    // failure.
+    const PQ_UTILS::PQCreditCardNumberValidator cards;
+    EXPECT_EQ(cards.get_className_nonStatic(), "PQCreditCardNumberValidator");
+    EXPECT_EQ(pqtest::messageOf([&] { (void)cards.get_objectType(); }),
+              "Value not valid : 'PQCreditCardNumberValidator'' - type: 60' tablesize=15");
 }
 
 TEST(PQIdentity, UnregisteredNameIsTheLookupFailure) {
