@@ -1,6 +1,6 @@
 // Starts the library, names an action and an order kind both ways, renders
 // an order and reads it back, sends a JSON order, and shuts the library
-// down. Exits with 0 when every answer is the expected one.
+// down, after checking a card number. Exits with 0 when every answer is the expected one.
 
 #include <cstdio>
 #include <memory>
@@ -33,8 +33,12 @@ int main() {
     const PQSecuredString json = answer.get_orderString();
     std::printf("%s\n", json.getStringSource()->c_str());
 
+    const bool cardOk = PQCreditCardNumberValidator::isCardNumberValid("4111111111111111") &&
+                        PQCreditCardNumberValidator::getCardType("4111111111111111") ==
+                            PQCreditCardNumberValidator::CREDITCARD_VISA;
+
     const bool ok =
-        *action == "askLogin" && kind == PQOrderType_ORDER_JSONORDER &&
+        cardOk && *action == "askLogin" && kind == PQOrderType_ORDER_JSONORDER &&
         PQString().get_objectType() == PQ_DEBUG::PQObjectType_PQString && pieces->size() == 2 &&
         *(*pieces)[1].get_pieceValue().getStringSource() == "https://a.example/?q=1&r=2" &&
         *json.getStringSource() == "action=vordaApplicationResponse&content="
