@@ -1,0 +1,319 @@
+// render, parse, get and actions: order text in and out.
+
+#include <algorithm>
+#include <charconv>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <ostream>
+
+#include "PQDebug/PQException.h"
+#include "PQOrderTool.h"
+#include "PQUtils/PQUtils.h"
+
+namespace pqorder {
+namespace {
+
+using namespace PQ_UTILS;
+using Json = nlohmann::ordered_json;
+
+constexpr std::string_view kContentKey = "content";
+constexpr std::string_view kLineFeedToken = "--endl--";
+
+// --- The action vocabulary ---------------------------------------------------
+
+std::optional<int> asNumber(std::string_view text) {
+    int value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size()) {
+        return std::nullopt;
+    }
+    return value;
+}
+
+std::size_t editDistance(std::string_view a, std::string_view b) {
+    std::vector<std::size_t> row(b.size() + 1);
+    for (std::size_t j = 0; j <= b.size(); ++j) {
+        row[j] = j;
+    }
+    for (std::size_t i = 1; i <= a.size(); ++i) {
+        std::size_t diagonal = row[0];
+        row[0] = i;
+        for (std::size_t j = 1; j <= b.size(); ++j) {
+            const std::size_t above = row[j];
+            row[j] =
+                std::min({row[j] + 1, row[j - 1] + 1, diagonal + (a[i - 1] == b[j - 1] ? 0U : 1U)});
+            diagonal = above;
+        }
+    }
+    return row[b.size()];
+}
+
+std::string lowered(std::string_view text) {
+    std::string lower(text);
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return lower;
+}
+
+// The closest action name to `name`, when one is close enough to be meant.
+std::optional<std::string> closestAction(std::string_view name) {
+    std::optional<std::string> best;
+    std::size_t bestDistance = std::max<std::size_t>(2, name.size() / 3) + 1;
+    for (const auto& row : get_PQReceivedOrderTypeRows()) {
+        const std::size_t distance = editDistance(lowered(name), lowered(row.name));
+        if (distance < bestDistance) {
+            bestDistance = distance;
+            best = row.name;
+        }
+    }
+    return best;
+}
+
+std::string unknownAction(std::string_view name) {
+    std::string message = "unknown action '" + std::string(name) + "'";
+    if (const auto close = closestAction(name)) {
+        message += "; did you mean '" + *close + "'?";
+    }
+    return message;
+}
+
+// The action named, or numbered, by `text`; nullopt when there is none.
+std::optional<PQReceivedOrderType> findAction(std::string_view text) {
+    try {
+        if (const auto number = asNumber(text)) {
+            const auto action = static_cast<PQReceivedOrderType>(*number);
+            (void)PQ_DEBUG::getWstringFromIntT<PQReceivedOrderType>(
+                PQ_DEBUG::PQObjectType_PQReceivedOrderType, action,
+                &initialize_public_PQReceivedOrderType);
+            return action;
+        }
+        return PQ_DEBUG::getIntFromWstringT<PQReceivedOrderType>(
+            PQ_DEBUG::PQObjectType_PQReceivedOrderType, std::string(text),
+            &initialize_public_PQReceivedOrderType);
+    } catch (const PQ_DEBUG::PQException&) {
+        return std::nullopt;
+    }
+}
+
+// --- Building orders ---------------------------------------------------------
+
+struct Assignment {
+    std::string key;
+    std::string value;
+    bool isJson = false; // KEY:=JSON
+};
+
+Assignment splitAssignment(const std::string& piece, bool jsonAllowed) {
+    const std::size_t equals = piece.find('=');
+    if (equals == std::string::npos) {
+        throw UsageError("'" + piece + "' is not KEY=VALUE");
+    }
+    Assignment assignment{piece.substr(0, equals), piece.substr(equals + 1)};
+    if (jsonAllowed && !assignment.key.empty() && assignment.key.back() == ':') {
+        assignment.key.pop_back();
+        assignment.isJson = true;
+    }
+    return assignment;
+}
+
+// Order text carries numbers, booleans and null only as members of an
+// object: never at the top of a JSON order nor in an array.
+[[noreturn]] void literalOutsideObject(const Json& value, std::string_view where) {
+    throw UsageError(value.dump() + " " + std::string(where) +
+                     ": numbers, booleans and null can only be members of an object");
+}
+
+// A JSON value given on the command line, as JSON order nodes.
+std::unique_ptr<PQJsonOrder> jsonNode(const Json& value) {
+    if (value.is_object()) {
+        auto object = std::make_unique<PQJsonObject>();
+        for (const auto& [key, member] : value.items()) {
+            if (member.is_structured() || member.is_string()) {
+                object->addValue_noCheck(key, jsonNode(member));
+            } else {
+                object->addValue_nostring(key, member.dump());
+            }
+        }
+        return object;
+    }
+    if (value.is_array()) {
+        auto array = std::make_unique<PQJsonArray>();
+        for (const Json& element : value) {
+            if (!element.is_structured() && !element.is_string()) {
+                literalOutsideObject(element, "in an array");
+            }
+            array->addValue(jsonNode(element));
+        }
+        return array;
+    }
+    return std::make_unique<PQJsonString>(value.get<std::string>());
+}
+
+void addJsonMember(PQJsonOrder& root, const Assignment& assignment) {
+    if (!assignment.isJson) {
+        root.addValue_noCheck(assignment.key, assignment.value);
+        return;
+    }
+    const Json value = Json::parse(assignment.value, nullptr, false);
+    if (value.is_discarded()) {
+        throw UsageError("the value of '" + assignment.key + "' is not JSON: " + assignment.value);
+    }
+    if (!value.is_structured() && !value.is_string()) {
+        literalOutsideObject(value, "as '" + assignment.key + "'");
+    }
+    root.addValue_noCheck(assignment.key, jsonNode(value));
+}
+
+// --- Showing pieces ----------------------------------------------------------
+
+// A content value as its JSON text: tokens are already restored by the
+// reader, line feeds are still "--endl--".
+std::string decodedContent(const std::string& value) {
+    return *PQString::replace_pq(value, kstring(kLineFeedToken), "\n", false);
+}
+
+struct Shown {
+    std::string key;
+    std::string value;
+    bool isContent;
+};
+
+std::vector<Shown> piecesOf(const std::string& order, bool raw, Status& status) {
+    const LibraryReports reports;
+    const auto pieces = PQReceivedOrder::getOrderPiecesFromOrder(PQSourceOrderWrapper(order), !raw);
+    if (reports.count() != 0) {
+        status = Status::invalid;
+    }
+    std::vector<Shown> shown;
+    for (const PQOrderPiece& piece : *pieces) {
+        const PQSecuredString value = piece.get_pieceValue();
+        const bool isContent = !raw && piece.get_key() == kContentKey;
+        shown.push_back(
+            {piece.get_key(),
+             isContent ? decodedContent(*value.getStringSource()) : *value.getStringSource(),
+             isContent});
+    }
+    return shown;
+}
+
+void printTable(const std::vector<Shown>& pieces, std::ostream& out) {
+    std::size_t width = 0;
+    for (const Shown& piece : pieces) {
+        width = std::max(width, printable(piece.key).size());
+    }
+    for (const Shown& piece : pieces) {
+        const std::string key = printable(piece.key);
+        out << key << std::string(width - key.size() + 2, ' ') << printable(piece.value) << '\n';
+    }
+}
+
+// `text` with every line after the first indented by `indent`.
+std::string indented(const std::string& text, std::string_view indent) {
+    std::string result;
+    for (const char c : text) {
+        result += c;
+        if (c == '\n') {
+            result += indent;
+        }
+    }
+    return result;
+}
+
+void printJson(const std::vector<Shown>& pieces, std::ostream& out) {
+    out << '{';
+    const char* separator = "\n  ";
+    for (const Shown& piece : pieces) {
+        out << separator << jsonQuoted(piece.key) << ": ";
+        separator = ",\n  ";
+        const Json content =
+            piece.isContent ? Json::parse(piece.value, nullptr, false) : Json(nullptr);
+        if (piece.isContent && !content.is_discarded()) {
+            out << indented(content.dump(2, ' ', false, Json::error_handler_t::replace), "  ");
+        } else {
+            out << jsonQuoted(piece.value);
+        }
+    }
+    out << (pieces.empty() ? "}\n" : "\n}\n");
+}
+
+} // namespace
+
+Status render(const RenderOptions& options, Streams io) {
+    const auto action = findAction(options.action);
+    if (!action) {
+        throw UsageError(unknownAction(options.action));
+    }
+    std::unique_ptr<PQOrder> order;
+    if (options.json) {
+        auto root = std::make_unique<PQJsonOrder>(*action);
+        for (const std::string& piece : options.pieces) {
+            addJsonMember(*root, splitAssignment(piece, true));
+        }
+        order = std::move(root);
+    } else {
+        order = std::make_unique<PQOrder>(*action, PQOrderType_ORDER_NORMAL);
+        for (const std::string& piece : options.pieces) {
+            const Assignment assignment = splitAssignment(piece, false);
+            order->add_orderPiece_noCheck(assignment.key, assignment.value);
+        }
+    }
+    io.out << *order->get_orderString().getStringSource() << '\n';
+    return Status::ok;
+}
+
+Status parse(const ParseOptions& options, Streams io) {
+    bool first = true;
+    return forEachInput(options.text, io.in, [&](const std::string& order) {
+        Status status = Status::ok;
+        const std::vector<Shown> pieces = piecesOf(order, options.raw, status);
+        if (options.json) {
+            printJson(pieces, io.out);
+        } else {
+            io.out << (first ? "" : "\n");
+            printTable(pieces, io.out);
+        }
+        first = false;
+        return status;
+    });
+}
+
+Status get(const std::string& key, const std::optional<std::string>& text, Streams io) {
+    return forEachInput(text, io.in, [&](const std::string& order) {
+        Status status = Status::ok;
+        for (const Shown& piece : piecesOf(order, false, status)) {
+            if (piece.key == key) {
+                io.out << piece.value << '\n';
+                return status;
+            }
+        }
+        io.err << "pqorder: no piece '" << key << "' in " << printable(order) << '\n';
+        return Status::invalid;
+    });
+}
+
+Status actions(const std::optional<std::string>& query, Streams io) {
+    if (!query) {
+        for (const auto& row : get_PQReceivedOrderTypeRows()) {
+            io.out << row.value << '\t' << row.name << '\n';
+        }
+        return Status::ok;
+    }
+    const auto action = findAction(*query);
+    if (!action) {
+        io.err << "pqorder: "
+               << (asNumber(*query) ? "no action has the value " + *query : unknownAction(*query))
+               << '\n';
+        return Status::invalid;
+    }
+    if (asNumber(*query)) {
+        io.out << *PQ_DEBUG::getWstringFromIntT<PQReceivedOrderType>(
+                      PQ_DEBUG::PQObjectType_PQReceivedOrderType, *action,
+                      &initialize_public_PQReceivedOrderType)
+               << '\n';
+    } else {
+        io.out << static_cast<int>(*action) << '\n';
+    }
+    return Status::ok;
+}
+
+} // namespace pqorder

@@ -1,0 +1,65 @@
+#include <algorithm>
+#include <cstdio>
+#include <iostream>
+#include <nlohmann/json.hpp>
+
+#include "PQDebug/PQDebug.h"
+#include "PQOrderTool.h"
+
+namespace pqorder {
+namespace {
+
+bool gVerbose = false;
+int gReportScopes = 0;
+std::uint64_t gReports = 0;
+
+} // namespace
+
+Status worst(Status a, Status b) { return std::max(a, b); }
+
+std::string jsonQuoted(std::string_view text) {
+    return nlohmann::json(std::string(text))
+        .dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
+std::string printable(std::string_view text) {
+    std::string shown;
+    shown.reserve(text.size());
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (c == '\n') {
+            shown += "\\n";
+        } else if (c == '\r') {
+            shown += "\\r";
+        } else if (c == '\t') {
+            shown += "\\t";
+        } else if (byte < 0x20 || byte == 0x7F) {
+            char hex[5];
+            std::snprintf(hex, sizeof hex, "\\x%02X", byte);
+            shown += hex;
+        } else {
+            shown += c;
+        }
+    }
+    return shown;
+}
+
+LibraryReports::LibraryReports() : m_start(gReports) { ++gReportScopes; }
+
+LibraryReports::~LibraryReports() { --gReportScopes; }
+
+std::uint64_t LibraryReports::count() const { return gReports - m_start; }
+
+void LibraryReports::route(bool verbose) {
+    gVerbose = verbose;
+    PQ_DEBUG::PQDebug::setLogSink([](const PQ_DEBUG::PQLogRecord& record) {
+        if (gReportScopes > 0) {
+            ++gReports;
+        }
+        if (gVerbose || gReportScopes > 0) {
+            std::cerr << "pqorder: library: " << printable(record.text) << '\n';
+        }
+    });
+}
+
+} // namespace pqorder
