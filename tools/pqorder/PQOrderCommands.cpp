@@ -95,6 +95,45 @@ std::optional<PQReceivedOrderType> findAction(std::string_view text) {
     }
 }
 
+// --- JSON text ---------------------------------------------------------------
+
+// Deeper JSON is not read: writing it back (and building nodes from it)
+// takes a call frame per level.
+constexpr std::size_t kMaxJsonDepth = 512;
+
+// The deepest nesting of arrays and objects in `text`, strings skipped.
+std::size_t nestingDepth(std::string_view text) {
+    std::size_t depth = 0;
+    std::size_t deepest = 0;
+    bool inString = false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (inString) {
+            i += c == '\\' ? 1 : 0;
+            inString = c != '"';
+        } else if (c == '"') {
+            inString = true;
+        } else if (c == '[' || c == '{') {
+            deepest = std::max(deepest, ++depth);
+        } else if ((c == ']' || c == '}') && depth > 0) {
+            --depth;
+        }
+    }
+    return deepest;
+}
+
+// The JSON value of `text`; nullopt when it is not JSON or nested too deep.
+std::optional<Json> readJson(std::string_view text) {
+    if (nestingDepth(text) > kMaxJsonDepth) {
+        return std::nullopt;
+    }
+    Json value = Json::parse(text, nullptr, false);
+    if (value.is_discarded()) {
+        return std::nullopt;
+    }
+    return value;
+}
+
 // --- Building orders ---------------------------------------------------------
 
 struct Assignment {
@@ -154,10 +193,13 @@ void addJsonMember(PQJsonOrder& root, const Assignment& assignment) {
         root.addValue_noCheck(assignment.key, assignment.value);
         return;
     }
-    const Json value = Json::parse(assignment.value, nullptr, false);
-    if (value.is_discarded()) {
-        throw UsageError("the value of '" + assignment.key + "' is not JSON: " + assignment.value);
+    const std::optional<Json> read = readJson(assignment.value);
+    if (!read) {
+        throw UsageError("the value of '" + assignment.key +
+                         "' is not JSON (or is nested deeper than " +
+                         std::to_string(kMaxJsonDepth) + " levels)");
     }
+    const Json& value = *read;
     if (!value.is_structured() && !value.is_string()) {
         literalOutsideObject(value, "as '" + assignment.key + "'");
     }
@@ -225,10 +267,10 @@ void printJson(const std::vector<Shown>& pieces, std::ostream& out) {
     for (const Shown& piece : pieces) {
         out << separator << jsonQuoted(piece.key) << ": ";
         separator = ",\n  ";
-        const Json content =
-            piece.isContent ? Json::parse(piece.value, nullptr, false) : Json(nullptr);
-        if (piece.isContent && !content.is_discarded()) {
-            out << indented(content.dump(2, ' ', false, Json::error_handler_t::replace), "  ");
+        const std::optional<Json> content =
+            piece.isContent ? readJson(piece.value) : std::optional<Json>();
+        if (content) {
+            out << indented(content->dump(2, ' ', false, Json::error_handler_t::replace), "  ");
         } else {
             out << jsonQuoted(piece.value);
         }

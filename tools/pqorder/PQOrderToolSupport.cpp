@@ -9,6 +9,9 @@
 namespace pqorder {
 namespace {
 
+// Every level of detail the library logs at.
+constexpr int kVerboseLevel = 9;
+
 bool gVerbose = false;
 int gReportScopes = 0;
 std::uint64_t gReports = 0;
@@ -52,6 +55,13 @@ std::uint64_t LibraryReports::count() const { return gReports - m_start; }
 
 void LibraryReports::route(bool verbose) {
     gVerbose = verbose;
+    if (verbose) {
+        for (const PQ_DEBUG::PQLogType type :
+             {PQ_DEBUG::PQLogType_GENERAL, PQ_DEBUG::PQLogType_PQDEBUG, PQ_DEBUG::PQLogType_PQUTILS,
+              PQ_DEBUG::PQLogType_TRACE, PQ_DEBUG::PQLogType_EXCEPTION}) {
+            PQ_DEBUG::PQDebug::setLogLevel(type, kVerboseLevel);
+        }
+    }
     PQ_DEBUG::PQDebug::setLogSink([](const PQ_DEBUG::PQLogRecord& record) {
         if (gReportScopes > 0) {
             ++gReports;
