@@ -7,40 +7,16 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-# command-or-file -> Debian package
-declare -A wanted=(
-    [cmake]=cmake
-    [ninja]=ninja-build
-    [g++]=g++
-    [clang++]=clang
-    [clang-format]=clang-format
-    [clang-tidy]=clang-tidy
-)
-missing=()
-for command in "${!wanted[@]}"; do
-    command -v "$command" >/dev/null 2>&1 || missing+=("${wanted[$command]}")
-done
-# Libraries: GoogleTest, Google Benchmark, a JSON parser to check our JSON
-# against, and Clang's sanitizer runtime.
-ls /usr/lib/*/cmake/GTest/GTestConfig.cmake >/dev/null 2>&1 || missing+=(libgtest-dev)
-ls /usr/lib/*/cmake/benchmark/benchmarkConfig.cmake >/dev/null 2>&1 || missing+=(libbenchmark-dev)
-ls /usr/share/cmake/nlohmann_json/nlohmann_jsonConfig.cmake >/dev/null 2>&1 ||
-    missing+=(nlohmann-json3-dev)
-if ! clang++ -print-file-name=libclang_rt.asan-x86_64.a 2>/dev/null | grep -q /; then
-    missing+=(libclang-rt-dev)
-fi
-
-if ((${#missing[@]} > 0)); then
-    if [[ $(id -u) -eq 0 ]]; then
-        echo "Installing: ${missing[*]}"
-        export DEBIAN_FRONTEND=noninteractive
-        apt-get update -q
-        apt-get install -y -q --no-install-recommends "${missing[@]}"
-    else
-        echo "Missing packages: ${missing[*]}; install them (as root: apt-get install ${missing[*]})" >&2
-        exit 1
-    fi
-fi
+source scripts/ensure-packages.sh
+# Besides the build: Clang and its sanitizer runtime, the lint tools,
+# GoogleTest and Google Benchmark.
+ensure_packages "${PQ_BUILD_PACKAGES[@]}" \
+    "clang++=clang" \
+    "clang-format=clang-format" \
+    "clang-tidy=clang-tidy" \
+    "/usr/lib/*/cmake/GTest/GTestConfig.cmake=libgtest-dev" \
+    "/usr/lib/*/cmake/benchmark/benchmarkConfig.cmake=libbenchmark-dev" \
+    "/usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.asan-x86_64.a=libclang-rt-dev"
 
 for preset in dev dev-clang release; do
     echo "=== $preset ==="
