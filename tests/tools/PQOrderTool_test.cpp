@@ -28,7 +28,7 @@ struct Result {
 
 // The peak resident memory of a running process, 0 once it has gone.
 long peakMemoryKiB(pid_t pid) {
-    std::ifstream status("/proc/" + std::to_string(pid) + "/status");
+    std::ifstream status(std::string("/proc/").append(std::to_string(pid)).append("/status"));
     for (std::string line; std::getline(status, line);) {
         if (line.rfind("VmHWM:", 0) == 0) {
             return std::strtol(line.c_str() + 6, nullptr, 10);
@@ -243,7 +243,7 @@ TEST(PQOrderTool, RenderThenParseGivesTheValuesBack) {
         "a=b", "x&y", "http://h/p?q=1&r=2", "==&&////", "", "caf\xC3\xA9 \"q\" \\ tab\t", "/"};
     std::vector<std::string> args{"render", "log"};
     for (std::size_t i = 0; i < values.size(); ++i) {
-        args.push_back("k" + std::to_string(i) + "=" + values[i]);
+        args.push_back(std::string("k").append(std::to_string(i)).append("=").append(values[i]));
     }
     const Result rendered = pqorder(args);
     ASSERT_EQ(rendered.status, 0) << rendered.err;
@@ -252,12 +252,13 @@ TEST(PQOrderTool, RenderThenParseGivesTheValuesBack) {
     const auto json = nlohmann::ordered_json::parse(parsed.out);
     EXPECT_EQ(json["action"], "log");
     for (std::size_t i = 0; i < values.size(); ++i) {
-        EXPECT_EQ(json["k" + std::to_string(i)], values[i]) << i;
+        EXPECT_EQ(json[std::string("k").append(std::to_string(i))], values[i]) << i;
     }
 
     // A JSON order: the content comes back as the JSON that was given.
     const std::string member = R"({"s":"a=b&c//d \" \\ \u00e9","n":[{"t":false,"z":null}]})";
-    const Result jsonOrder = pqorder({"render", "--json", "log", "m:=" + member});
+    const Result jsonOrder =
+        pqorder({"render", "--json", "log", std::string("m:=").append(member)});
     ASSERT_EQ(jsonOrder.status, 0) << jsonOrder.err;
     const auto content = nlohmann::ordered_json::parse(
         pqorder({"parse", "--json", jsonOrder.out.substr(0, jsonOrder.out.size() - 1)}).out);
@@ -276,7 +277,8 @@ TEST(PQOrderTool, ParseJsonIsJsonWithEveryPieceInOrder) {
 
     // Content nested deeper than the tool shows as JSON is shown as text.
     const std::string deep = std::string(100000, '[') + std::string(100000, ']');
-    const Result nested = pqorder({"parse", "--json"}, "action=a&content=" + deep + "&//\n");
+    const Result nested =
+        pqorder({"parse", "--json"}, std::string("action=a&content=").append(deep).append("&//\n"));
     ASSERT_EQ(nested.status, 0) << nested.err;
     EXPECT_TRUE(nlohmann::json::parse(nested.out)["content"] == deep);
 }
@@ -287,7 +289,8 @@ TEST(PQOrderTool, ParseStreamsALargeInput) {
     const auto orders = [](int count) {
         std::string input;
         for (int i = 0; i < count; ++i) {
-            input += "action=log&n=" + std::to_string(i) + "&v=" + std::string(270, 'x') + "&//\n";
+            input.append("action=log&n=").append(std::to_string(i)).append("&v=");
+            input.append(270, 'x').append("&//\n");
         }
         return input;
     };
