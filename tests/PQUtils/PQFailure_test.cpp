@@ -155,3 +155,36 @@ TEST(PQFailure, TraceMessageFromHasItsFrame) {
     EXPECT_EQ(records[0].text,
               "Trace message from : \n\ninitializePublic\n\nprobleme dans initializePublic()");
 }
+
+TEST(PQFailure, EveryExportedTreatmentLogsOneRecord) {
+    using namespace PQ_UTILS;
+    const pqtest::LogCapture log;
+    PQException pq = frame::failure("pq failure", {"f", pqSourceFile, 1});
+    std::runtime_error standard("std failure");
+    const auto site = [](auto treat) { treat("ctx", PQLogType_EXCEPTION, 5, true, "f", "x", 7); };
+    site([&](auto... a) { func_TREAT_PQ_EXCEPTION(pq, true, a...); });
+    site([&](auto... a) { (void)func_TREAT_STD_EXCEPTION(standard, true, a...); });
+    site([&](auto... a) { (void)func_TREAT_UNKNOWN_EXCEPTION(true, a...); });
+    site([&](auto... a) { (void)func_TREAT_PQ_EXCEPTION_P(&pq, true, a...); });
+    site([&](auto... a) { (void)func_TREAT_STD_EXCEPTION_P(&standard, true, a...); });
+    const auto finalSite = [](auto treat) {
+        treat("ctx", PQLogType_EXCEPTION, 5, true, false, "f", "x", 7);
+    };
+    finalSite([&](auto... a) { func_TREAT_PQ_EXCEPTION_FINAL(pq, true, a...); });
+    finalSite([&](auto... a) { func_TREAT_STD_EXCEPTION_FINAL(standard, true, a...); });
+    finalSite([&](auto... a) { func_TREAT_PQ_EXCEPTION_P_FINAL(&pq, true, a...); });
+    finalSite([&](auto... a) { func_TREAT_UNKNOWN_EXCEPTION_FINAL(true, a...); });
+    func_TREAT_STD_EXCEPTION_P_FINAL(&standard, true, PQLogType_EXCEPTION, 5, true, false, "f", "x",
+                                     7);
+    const auto records = log.records();
+    ASSERT_EQ(records.size(), 10U);
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        EXPECT_EQ(records[i].logType, PQLogType_EXCEPTION) << i;
+        const bool fromStd = i == 1 || i == 4 || i == 6 || i == 9;
+        if (i != 2 && i != 8) { // the unknown treatments know no message
+            EXPECT_NE(records[i].text.find(fromStd ? "std failure" : "pq failure"),
+                      std::string::npos)
+                << i << ": " << records[i].text;
+        }
+    }
+}

@@ -115,3 +115,22 @@ TEST(PQOrder, OnlyTheLanguageChangeOrderTracesItsLife) {
     EXPECT_EQ(records[1].source, "~PQOrder");
     EXPECT_EQ(records[1].text.rfind("destructing PQOrder ORDER_CHANGELANGUAGE - log - ", 0), 0U);
 }
+
+TEST(PQOrder, OnlyNestedJsonOrdersHaveALocalTextOrAValue) {
+    PQOrder order(PQ_UTILS::PQReceivedOrderType_log, PQ_UTILS::PQOrderType_ORDER_NORMAL);
+    order.add_orderPiece("k", "v=1");
+    EXPECT_EQ(*order.get_orderString_Debug().getStringSource(), "action=log&k=v--equ--1&//");
+    PQ_UTILS::PQSourceOrderPieceWrapper out;
+    EXPECT_THROW((void)order.get_localOrderString(), PQException);
+    EXPECT_THROW((void)order.get_localOrderString_noEscape(), PQException);
+    EXPECT_THROW(order.get_localOrderString(out), PQException);
+    EXPECT_THROW(order.get_localOrderString_noEscape(out), PQException);
+    EXPECT_THROW((void)order.get_pieceValue(), PQException);
+
+    // A text piece gives its text as it is, whichever form is asked.
+    const PQOrderPiece piece("k", "a=b");
+    EXPECT_EQ(*piece.get_localOrderString().getStringSource(), "a=b");
+    piece.get_localOrderString(out);
+    piece.get_localOrderString_noEscape(out);
+    EXPECT_EQ(*out.getStringSource(), "a=ba=b");
+}

@@ -106,3 +106,13 @@ TEST(PQSecureMemory, WipeCoversTheWholeCapacityNotOnlyTheSize) {
     EXPECT_TRUE(wipesSeen()[0].allZero);
     EXPECT_GE(wipesSeen()[0].size, 64U);
 }
+
+TEST(PQSecuredString, AssignmentCopiesTheText) {
+    const PQSecuredString source(kstring("secret"));
+    PQSecuredString assigned(kstring("old"));
+    assigned = source;
+    const PQSecuredString& same = assigned;
+    assigned = same; // assigning itself keeps its text
+    EXPECT_EQ(*assigned.getStringSource(), "secret");
+    EXPECT_NE(assigned.getStringSource(), source.getStringSource());
+}

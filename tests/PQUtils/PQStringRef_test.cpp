@@ -129,6 +129,8 @@ TEST(PQStringRefs, SecuredSearchCountsFromPosAndReadsLikeStrstr) {
     EXPECT_EQ(plain.find("cd", 2), 2U);
     EXPECT_EQ(secured.find("cd", 7), npos);
     EXPECT_EQ(plain.find("cd", 7), npos);
+    const kstring needle = "de";
+    EXPECT_EQ(plain.find(PQStringRef(needle)), 3U);
 
     // The first three bytes: a strstr match may run past the view, a
     // strictly bounded one may not, and the text is left as it was.

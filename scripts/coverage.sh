@@ -1,0 +1,17 @@
+#!/usr/bin/env bash
+# Line coverage of SourceCode/ by the whole test suite: builds the coverage
+# preset (GCC --coverage), runs the tests, and prints gcovr's table, then the
+# total. Installs gcovr when it is missing (as root).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+source scripts/ensure-packages.sh
+ensure_packages "${PQ_BUILD_PACKAGES[@]}" "gcovr=gcovr" \
+    "/usr/lib/*/cmake/GTest/GTestConfig.cmake=libgtest-dev"
+
+cmake --preset coverage >/dev/null
+cmake --build --preset coverage >/dev/null
+find build/coverage -name '*.gcda' -delete
+ctest --preset coverage >/dev/null
+gcovr --root . --filter 'SourceCode/' --object-directory build/coverage \
+    --exclude-unreachable-branches --sort-percentage --txt
