@@ -79,23 +79,7 @@ std::string formatLine(const PQLogRecord& record, unsigned int callerLine) {
         }
         line += ": ";
     }
-    static constexpr char kHex[] = "0123456789abcdef";
-    for (const char c : record.text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (c == '\n') {
-            line += "\\n";
-        } else if (c == '\r') {
-            line += "\\r";
-        } else if (c == '\t') {
-            line += "\\t";
-        } else if (byte < 0x20 || byte == 0x7f) {
-            line += "\\x";
-            line += kHex[byte >> 4U];
-            line += kHex[byte & 0xfU];
-        } else {
-            line += c;
-        }
-    }
+    PQDebugString::appendOneLine(line, record.text);
     line += '\n';
     return line;
 }

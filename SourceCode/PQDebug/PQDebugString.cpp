@@ -85,4 +85,24 @@ std::unique_ptr<kstring> PQDebugString::fromStringToKstring_ptr(const kstring& t
     return std::make_unique<kstring>(text);
 }
 
+void PQDebugString::appendOneLine(kstring& out, std::string_view text) {
+    static constexpr char kHex[] = "0123456789abcdef";
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (c == '\n') {
+            out += "\\n";
+        } else if (c == '\r') {
+            out += "\\r";
+        } else if (c == '\t') {
+            out += "\\t";
+        } else if (byte < 0x20 || byte == 0x7f) {
+            out += "\\x";
+            out += kHex[byte >> 4U];
+            out += kHex[byte & 0xfU];
+        } else {
+            out += c;
+        }
+    }
+}
+
 } // namespace PQ_DEBUG

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "PQDebug/PQDebugTypes.h"
 
@@ -37,6 +38,10 @@ public:
     // New copies, owned by the caller.
     [[nodiscard]] static std::unique_ptr<kstring> fromStringToWstring_ptr(const kstring& text);
     [[nodiscard]] static std::unique_ptr<kstring> fromStringToKstring_ptr(const kstring& text);
+
+    // Appends `text` to `out` on one line: line feed, carriage return and
+    // tab as \n, \r, \t, other control bytes as \xhh; the rest as it is.
+    static void appendOneLine(kstring& out, std::string_view text);
 };
 
 } // namespace PQ_DEBUG

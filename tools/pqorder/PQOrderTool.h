@@ -103,7 +103,7 @@ Status forEachInput(const std::optional<std::string>& text, std::istream& in, Ea
 // as U+FFFD.
 std::string jsonQuoted(std::string_view text);
 
-// `text` with control bytes shown as \n, \r, \t or \xHH, for a table cell.
+// `text` with control bytes shown as \n, \r, \t or \xhh, for a table cell.
 std::string printable(std::string_view text);
 
 // Library reports (a malformed piece, a failed look-up) go to standard error

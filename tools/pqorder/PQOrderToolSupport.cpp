@@ -1,9 +1,9 @@
 #include <algorithm>
-#include <cstdio>
 #include <iostream>
 #include <nlohmann/json.hpp>
 
 #include "PQDebug/PQDebug.h"
+#include "PQDebug/PQDebugString.h"
 #include "PQOrderTool.h"
 
 namespace pqorder {
@@ -28,22 +28,7 @@ std::string jsonQuoted(std::string_view text) {
 std::string printable(std::string_view text) {
     std::string shown;
     shown.reserve(text.size());
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (c == '\n') {
-            shown += "\\n";
-        } else if (c == '\r') {
-            shown += "\\r";
-        } else if (c == '\t') {
-            shown += "\\t";
-        } else if (byte < 0x20 || byte == 0x7F) {
-            char hex[5];
-            std::snprintf(hex, sizeof hex, "\\x%02X", byte);
-            shown += hex;
-        } else {
-            shown += c;
-        }
-    }
+    PQ_DEBUG::PQDebugString::appendOneLine(shown, text);
     return shown;
 }
 
