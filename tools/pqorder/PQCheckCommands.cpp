@@ -111,11 +111,17 @@ Status checkCard(const std::string& number, std::ostream& out) {
     return valid ? Status::ok : Status::invalid;
 }
 
+constexpr std::size_t kPasswordRoom = 1024;
+
 } // namespace
 
 Status password(const PasswordPolicy& policy, Streams io) {
     applyPolicy(policy);
-    std::string secret;
+    // Wiped when the check is done; room up front, so that reading a usual
+    // password leaves no regrown copy behind.
+    PQWipedString held;
+    std::string& secret = held.get();
+    secret.reserve(kPasswordRoom);
     if (!std::getline(io.in, secret)) {
         throw UsageError("no password on standard input");
     }
