@@ -6,10 +6,11 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <benchmark/benchmark.h>
 
-#include "PQAllocationCounter.h"
+#include "PQBenchInputs.h"
 #include "PQUtils/Orders/Json/PQJsonArray.h"
 #include "PQUtils/Orders/Json/PQJsonObject.h"
 #include "PQUtils/Orders/Json/PQJsonString.h"
@@ -22,29 +23,26 @@ using PQ_UTILS::PQJsonOrder;
 using PQ_UTILS::PQJsonString;
 using PQ_UTILS::PQSourceOrderPieceWrapper;
 
-constexpr int kMembers = 200;
+using pqbench::JsonMember;
 
-// Member i of four kinds in turn: a string with characters to escape, an
-// integer, a boolean, an array of five strings.
-void addMembers(PQJsonOrder& object) {
-    for (int i = 0; i < kMembers; ++i) {
-        const std::string key = "member" + std::to_string(i);
-        switch (i % 4) {
-        case 0:
-            object.addValue(key, "say \"hi\" to C:\\temp\nand go " + std::to_string(i));
+// The shared members, each added the way a caller of ours adds it: numbers
+// and booleans as bare JSON text.
+void addMembers(PQJsonOrder& object, const std::vector<JsonMember>& members) {
+    for (const JsonMember& member : members) {
+        switch (member.kind) {
+        case JsonMember::Kind::String:
+            object.addValue(member.key, member.text);
             break;
-        case 1:
-            object.addValue_nostring(key, std::to_string(i * 1000 + 7));
+        case JsonMember::Kind::Number:
+        case JsonMember::Kind::Boolean:
+            object.addValue_nostring(member.key, member.text);
             break;
-        case 2:
-            object.addValue_nostring(key, i % 8 == 2 ? "true" : "false");
-            break;
-        default: {
+        case JsonMember::Kind::Array: {
             auto array = std::make_unique<PQJsonArray>();
-            for (int j = 0; j < 5; ++j) {
-                array->addValue("item " + std::to_string(j));
+            for (const std::string& item : member.items) {
+                array->addValue(item);
             }
-            object.addValue(key, std::move(array));
+            object.addValue(member.key, std::move(array));
         }
         }
     }
@@ -54,51 +52,45 @@ std::size_t renderedSize(const PQJsonOrder& node) {
     return node.get_localOrderString().getStringSource()->size();
 }
 
-void perTree(benchmark::State& state, std::size_t bytes,
-             const pqbench::AllocationsPerIteration& allocations) {
-    state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations()));
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * bytes));
-    allocations.report(state);
-}
-
 void BM_JsonRender(benchmark::State& state) {
     PQJsonObject object;
-    addMembers(object);
+    addMembers(object, pqbench::jsonMembers());
     const pqbench::AllocationsPerIteration allocations;
     for (auto _ : state) {
         PQSourceOrderPieceWrapper out;
         object.get_localOrderString(out);
         benchmark::DoNotOptimize(out);
     }
-    perTree(state, renderedSize(object), allocations);
+    pqbench::perOperation(state, renderedSize(object), allocations);
 }
 BENCHMARK(BM_JsonRender);
 
 void BM_JsonBuildAndRender(benchmark::State& state) {
+    const std::vector<JsonMember> members = pqbench::jsonMembers();
     const pqbench::AllocationsPerIteration allocations;
     std::size_t bytes = 0;
     for (auto _ : state) {
         PQJsonObject object;
-        addMembers(object);
+        addMembers(object, members);
         PQSourceOrderPieceWrapper out;
         object.get_localOrderString(out);
         bytes = out.getStringSource()->size();
         benchmark::DoNotOptimize(out);
     }
-    perTree(state, bytes, allocations);
+    pqbench::perOperation(state, bytes, allocations);
 }
 BENCHMARK(BM_JsonBuildAndRender);
 
 void BM_JsonOrderString(benchmark::State& state) {
     PQJsonOrder root(PQ_UTILS::PQReceivedOrderType_vordaApplicationResponse);
     auto object = std::make_unique<PQJsonObject>();
-    addMembers(*object);
+    addMembers(*object, pqbench::jsonMembers());
     root.addValue("content", std::move(object));
     const pqbench::AllocationsPerIteration allocations;
     for (auto _ : state) {
         benchmark::DoNotOptimize(root.get_orderString());
     }
-    perTree(state, root.get_orderString().getStringSource()->size(), allocations);
+    pqbench::perOperation(state, root.get_orderString().getStringSource()->size(), allocations);
 }
 BENCHMARK(BM_JsonOrderString);
 
@@ -132,3 +124,9 @@ void BM_JsonUnescapeMiB(benchmark::State& state) {
 BENCHMARK(BM_JsonUnescapeMiB);
 
 } // namespace
+
+std::string pqbench::ourJsonMembersText() {
+    PQJsonObject object;
+    addMembers(object, pqbench::jsonMembers());
+    return *object.get_localOrderString().getStringSource();
+}

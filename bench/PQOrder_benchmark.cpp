@@ -8,7 +8,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "PQAllocationCounter.h"
+#include "PQBenchInputs.h"
 #include "PQDebug/PQDebug.h"
 #include "PQUtils/Orders/PQOrder.h"
 #include "PQUtils/Orders/ReceivedOrders/PQReceivedOrder.h"
@@ -20,29 +20,14 @@ using PQ_UTILS::PQOrder;
 using PQ_UTILS::PQReceivedOrder;
 using PQ_UTILS::PQSourceOrderWrapper;
 
-constexpr int kPieces = 20;
-
-// Values of about 90 bytes, one in four with characters to escape.
+// The shared 20 pieces as one order.
 PQOrder twentyPieceOrder() {
     PQOrder order(PQ_UTILS::PQReceivedOrderType_DOMInformations,
                   PQ_UTILS::PQOrderType_ORDER_NORMAL);
-    for (int i = 0; i < kPieces; ++i) {
-        kstring value(80, static_cast<char>('a' + i));
-        if (i % 4 == 0) {
-            value.append("?q=1&r=https://x");
-        } else {
-            value.append("0123456789");
-        }
-        order.add_orderPiece("field" + std::to_string(i), value);
+    for (const auto& [key, value] : pqbench::orderPieces()) {
+        order.add_orderPiece(key, value);
     }
     return order;
-}
-
-void perOrder(benchmark::State& state, std::size_t bytes,
-              const pqbench::AllocationsPerIteration& allocations) {
-    state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations()));
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * bytes));
-    allocations.report(state);
 }
 
 void BM_RenderOrder(benchmark::State& state) {
@@ -52,7 +37,7 @@ void BM_RenderOrder(benchmark::State& state) {
     for (auto _ : state) {
         benchmark::DoNotOptimize(order.get_orderString());
     }
-    perOrder(state, bytes, allocations);
+    pqbench::perOperation(state, bytes, allocations);
 }
 BENCHMARK(BM_RenderOrder);
 
@@ -62,7 +47,7 @@ void BM_ParseOrder(benchmark::State& state) {
     for (auto _ : state) {
         benchmark::DoNotOptimize(PQReceivedOrder::getOrderPiecesFromOrder(text, true));
     }
-    perOrder(state, text.getStringSource()->size(), allocations);
+    pqbench::perOperation(state, text.getStringSource()->size(), allocations);
 }
 BENCHMARK(BM_ParseOrder);
 
@@ -74,7 +59,7 @@ void BM_OrderRoundTrip(benchmark::State& state) {
         const PQSourceOrderWrapper text(*order.get_orderString().getStringSource());
         benchmark::DoNotOptimize(PQReceivedOrder::getOrderPiecesFromOrder(text, true));
     }
-    perOrder(state, bytes, allocations);
+    pqbench::perOperation(state, bytes, allocations);
 }
 BENCHMARK(BM_OrderRoundTrip);
 

@@ -37,3 +37,14 @@ PQ_BUILD_PACKAGES=(
     "/usr/share/cmake/CLI11/CLI11Config.cmake=libcli11-dev"
     "/usr/share/cmake/nlohmann_json/nlohmann_jsonConfig.cmake=nlohmann-json3-dev"
 )
+
+# The peer libraries that the benchmarks measure beside ours (nlohmann/json,
+# the other JSON peer, is a build package already). Debian 12 has Boost.URL
+# only as a package named after its Boost version.
+# shellcheck disable=SC2034 # used by the scripts that source this file
+PQ_BENCH_PACKAGES=(
+    "/usr/include/absl/strings/str_replace.h=libabsl-dev"
+    "/usr/include/openssl/evp.h=libssl-dev"
+    "/usr/lib/*/cmake/boost_url-*/boost_url-config.cmake=libboost-url1.81-dev"
+    "/usr/include/rapidjson/writer.h=rapidjson-dev"
+)

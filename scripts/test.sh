@@ -11,8 +11,9 @@ cd "$(dirname "$0")/.."
 
 source scripts/ensure-packages.sh
 # Besides the build: Clang and its sanitizer and fuzzer runtimes, the lint
-# tools, GoogleTest, Google Benchmark, and pkg-config for the package test.
-ensure_packages "${PQ_BUILD_PACKAGES[@]}" \
+# tools, GoogleTest, Google Benchmark and the peers it measures ours
+# against, and pkg-config for the package test.
+ensure_packages "${PQ_BUILD_PACKAGES[@]}" "${PQ_BENCH_PACKAGES[@]}" \
     "clang++=clang" \
     "clang-format=clang-format" \
     "clang-tidy=clang-tidy" \
