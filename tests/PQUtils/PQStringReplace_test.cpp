@@ -85,6 +85,35 @@ TEST(PQStringEscapes, ValuesWithoutDashesOrTokenLettersComeBack) {
     }
 }
 
+// The order escapes as their single-token passes in sequence: what the
+// one-walk forms must equal byte for byte.
+kstring escapedInPasses(const kstring& value) {
+    return *PQString::removeDbleSlashes(*PQString::removeAmpersand(*PQString::removeEquals(value)));
+}
+
+kstring unescapedInPasses(const kstring& text) {
+    return *PQString::restoreDbleSlashes(
+        *PQString::restoreAmpersand(*PQString::restoreEquals(text)));
+}
+
+TEST(PQStringEscapes, OneWalkEqualsThePassesOnTokenDenseText) {
+    // Pieces of tokens glued together make overlapping chains of them.
+    const std::vector<kstring> pieces = {"--equ--", "--amp--", "--dbsl--",      "--", "-",
+                                         "equ",     "amp",     "dbsl",          "=",  "&",
+                                         "/",       "x",       kstring(1, '\0')};
+    std::uint32_t state = 777;
+    for (int n = 0; n < 4000; ++n) {
+        kstring text;
+        for (int i = 0; i < n % 17; ++i) {
+            state = state * 1664525U + 1013904223U;
+            text += pieces[(state >> 16) % pieces.size()];
+        }
+        SCOPED_TRACE(text);
+        ASSERT_EQ(*PQString::removePQEntities(text), unescapedInPasses(text));
+        ASSERT_EQ(*PQString::restorePQEntities(text), escapedInPasses(text));
+    }
+}
+
 TEST(PQStringEscapes, EachCharacterGroupAndItsToken) {
     using Escape = std::unique_ptr<kstring> (*)(const kstring&);
     struct Row {
@@ -228,6 +257,9 @@ TEST(PQStringLinearTime, MegabyteInputs) {
     EXPECT_EQ(PQString::restorePQEntities_2(equals).size(), 7 * kMiB);
     EXPECT_EQ(PQString::escapeDoubleQuotes(kstring(kMiB, '"'))->size(), 2 * kMiB);
     EXPECT_EQ(*PQString::removePQEntities(repeat("--amp--", kMiB / 7)), kstring(kMiB / 7, '&'));
+    // One chain of overlapping tokens across the whole text.
+    const kstring chain = repeat("--amp--equ--dbsl", kMiB / 16) + "--";
+    EXPECT_EQ(*PQString::removePQEntities(chain), unescapedInPasses(chain));
     kstring slashes(kMiB, '/');
     PQString::self_replace(slashes, "/", "--");
     EXPECT_EQ(slashes.size(), 2 * kMiB);

@@ -258,17 +258,21 @@ PQSecuredString PQOrder::get_orderString() const try {
     // are read in place.
     const auto& pieces = m_pPrivateImp->m_listOrderPiece;
     std::vector<PQSecuredString> nested;
-    std::vector<std::string_view> values;
+    struct Value {
+        std::string_view text;
+        std::size_t escapedSize;
+    };
+    std::vector<Value> values;
     values.reserve(pieces.size());
     std::size_t size = name.size() + 10;
     for (const std::unique_ptr<PQOrderPiece>& piece : pieces) {
-        if (piece->get_orderPieceType() == PQOrderPiece::TYPE_STRING) {
-            values.emplace_back(*piece->m_value.getStringSource());
-        } else {
-            values.emplace_back(
-                *nested.emplace_back(piece->get_localOrderString()).getStringSource());
-        }
-        size += piece->get_key().size() + 2 + internal::orderEscapedSize(values.back());
+        const std::string_view text =
+            piece->get_orderPieceType() == PQOrderPiece::TYPE_STRING
+                ? std::string_view(*piece->m_value.getStringSource())
+                : std::string_view(
+                      *nested.emplace_back(piece->get_localOrderString()).getStringSource());
+        values.push_back({text, internal::orderEscapedBound(text)});
+        size += piece->get_key().size() + 2 + values.back().escapedSize;
     }
     // Sized once, so that no partly written copy of the text is left behind
     // unwiped as it grows.
@@ -277,7 +281,7 @@ PQSecuredString PQOrder::get_orderString() const try {
     text.get().append("action=").append(name);
     for (std::size_t i = 0; i < pieces.size(); ++i) {
         text.get().append(1, '&').append(pieces[i]->get_key()).append(1, '=');
-        internal::appendOrderEscaped(text.get(), values[i]);
+        internal::appendOrderEscaped(text.get(), values[i].text, values[i].escapedSize);
     }
     text.get().append("&//");
     return PQSecuredString(std::move(text.get()));

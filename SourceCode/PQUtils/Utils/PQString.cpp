@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstring>
 #include <limits>
+#include <optional>
 #include <string_view>
+#include <vector>
 
 #include "PQUtils/Utils/PQFailure.h"
 #include "PQUtils/Utils/PQSecureMemory.h"
@@ -80,65 +83,225 @@ std::unique_ptr<kstring> unescape(const kstring& text, const EscapeToken& row) {
     return replaceZeroTerminated(text, row.token, row.character, false);
 }
 
-// One left-to-right walk over the escaped part of a value (up to its first
-// zero byte), calling `plain(from, to)` for each run of bytes kept and
-// `token(row)` for each character replaced. The three passes of the
-// sequential escaping (four with line feeds) give the same result: no token
-// holds "=", "&", "/" or a line feed, so no pass makes or breaks a match of
-// another.
-constexpr std::array<bool, 256> kMayStartEscape = [] {
-    std::array<bool, 256> table{};
-    for (const EscapeToken& row : kOrderEscapes) {
-        table[static_cast<unsigned char>(row.character[0])] = true;
+// The escaping of a value is one left-to-right walk over it, up to its
+// first zero byte. The three passes of the sequential escaping (four with
+// line feeds) give the same result: no token holds "=", "&", "/" or a line
+// feed, so no pass makes or breaks a match of another.
+//
+// What a special byte becomes: its token, padded so that it is stored with
+// one fixed-size copy, or itself for a lone "/".
+struct Replacement {
+    std::array<char, 8> text{};
+    std::size_t size = 0;     // bytes of `text` that count
+    std::size_t consumed = 0; // bytes of the value it stands for
+};
+
+constexpr Replacement replacementOf(std::string_view text, std::size_t consumed) {
+    Replacement replacement;
+    std::copy(text.begin(), text.end(), replacement.text.begin());
+    replacement.size = text.size();
+    replacement.consumed = consumed;
+    return replacement;
+}
+
+constexpr Replacement kDoubleSlashReplacement = replacementOf(kDoubleSlash.token, 2);
+constexpr std::array<Replacement, 256> kReplacementOf = [] {
+    std::array<Replacement, 256> table{};
+    for (const EscapeToken& row : {kEquals, kAmpersand, kLineFeed}) {
+        table[static_cast<unsigned char>(row.character[0])] = replacementOf(row.token, 1);
     }
-    table[static_cast<unsigned char>(kLineFeed.character[0])] = true;
+    table['/'] = replacementOf("/", 1);
     return table;
 }();
 
-template <class Plain, class Token>
-void walkOrderEscapes(std::string_view value, bool lineFeeds, Plain plain, Token token) {
-    const std::string_view searched = untilZero(value.data(), value.size());
-    std::size_t copied = 0;
-    for (std::size_t i = 0; i < searched.size(); ++i) {
-        const char c = searched[i];
-        if (!kMayStartEscape[static_cast<unsigned char>(c)]) {
-            continue;
+constexpr internal::ByteSet kOrderSpecials("=&/");
+constexpr internal::ByteSet kJsonOrderSpecials("=&/\n");
+
+// Without a branch on the kind of byte: which one comes next is as good as
+// random, and a mispredicted branch costs more than this whole look-up.
+const Replacement& replacementAt(std::string_view searched, std::size_t i) {
+    const char next = searched[std::min(i + 1, searched.size() - 1)];
+    const bool pair = (searched[i] == '/') & (next == '/') & (i + 1 < searched.size());
+    const Replacement* const single = &kReplacementOf[static_cast<unsigned char>(searched[i])];
+    return *(pair ? &kDoubleSlashReplacement : single);
+}
+
+// Writes the escaped form of `searched` to `out` and returns its size.
+// Blocks are tested at a fixed stride, so finding the next special byte
+// never waits on handling the one before, and bytes are stored a block at
+// a time: each block where it goes if nothing in it is replaced, and after
+// each replacement the block that follows it. An escaped text is never
+// shorter than what is left to read of the value, so whole-block stores and
+// padded tokens fit while 16 bytes are left; what they store past the
+// current end is overwritten next.
+template <class Specials>
+std::size_t writeEscaped(std::string_view searched, const Specials& specials, char* out) {
+    constexpr std::size_t kBlock = Specials::kBlock;
+    const char* const in = searched.data();
+    const std::size_t size = searched.size();
+    std::size_t copied = 0;  // the bytes of `searched` before it are handled,
+    std::size_t written = 0; // and their escaped form is this long
+    // Stores the bytes from `from` (at or after `copied`) on, unchanged.
+    const auto storeBlock = [&](std::size_t from) {
+        char* const to = out + written + (from - copied);
+        std::memcpy(to, in + from, kBlock);
+    };
+    const auto storeRest = [&](std::size_t from) {
+        if (size - from >= kBlock) {
+            storeBlock(from);
+        } else {
+            std::memcpy(out + written + (from - copied), in + from, size - from);
         }
-        const EscapeToken* row = nullptr;
-        if (c == '=') {
-            row = &kEquals;
-        } else if (c == '&') {
-            row = &kAmpersand;
-        } else if (c == '/' && i + 1 < searched.size() && searched[i + 1] == '/') {
-            row = &kDoubleSlash;
-        } else if (c == '\n' && lineFeeds) {
-            row = &kLineFeed;
+    };
+    const auto replace = [&](std::size_t at) {
+        if (at < copied) {
+            return; // the second "/" of a pair
         }
-        if (row != nullptr) {
-            plain(copied, i);
-            token(*row);
-            i += row->character.size() - 1;
-            copied = i + 1;
+        const Replacement& replacement = replacementAt(searched, at);
+        char* const to = out + written + (at - copied);
+        if (size - at >= kBlock) {
+            std::memcpy(to, replacement.text.data(), replacement.text.size());
+        } else {
+            std::memcpy(to, replacement.text.data(), replacement.size);
+        }
+        written += at - copied + replacement.size;
+        copied = at + replacement.consumed;
+        storeRest(copied);
+    };
+    std::size_t i = 0;
+    for (; i + kBlock <= size; i += kBlock) {
+        storeRest(std::max(i, copied));
+        for (unsigned mask = specials.blockMask(in + i); mask != 0; mask &= mask - 1) {
+            replace(i + static_cast<std::size_t>(std::countr_zero(mask)));
         }
     }
-    plain(copied, value.size());
+    if (i < size) {
+        storeRest(std::max(i, copied));
+    }
+    for (; i < size; ++i) {
+        if (specials.contains(in[i])) {
+            replace(i);
+        }
+    }
+    return written + size - copied;
 }
+
+// Runs `walk` with the special bytes of the value's kind.
+template <class Walk> auto withSpecials(bool lineFeeds, Walk walk) {
+    return lineFeeds ? walk(kJsonOrderSpecials) : walk(kOrderSpecials);
+}
+
+// The reader's three passes in one walk. Every token starts and ends with
+// "--" and holds no other "-", so two token texts overlap only when one
+// starts at the last or last but one byte of the other: the overlapping
+// ones form chains, and a pass's choice inside a chain is all that differs
+// from restoring every token. A pass restores a token of its row unless a
+// neighbour in the chain was restored by an earlier pass or, to its left, by
+// this one; restored characters never form a token, so nothing else
+// changes between passes.
+struct TokenAt {
+    std::size_t start;
+    std::size_t row; // in kOrderEscapes
+};
+
+std::optional<TokenAt> orderTokenAt(std::string_view text, std::size_t pos) {
+    for (std::size_t row = 0; row < kOrderEscapes.size(); ++row) {
+        if (text.substr(pos, kOrderEscapes[row].token.size()) == kOrderEscapes[row].token) {
+            return TokenAt{pos, row};
+        }
+    }
+    return std::nullopt;
+}
+
+std::size_t tokenEnd(const TokenAt& token) {
+    return token.start + kOrderEscapes[token.row].token.size();
+}
+
+// The token that overlaps the end of `token`, if any.
+std::optional<TokenAt> overlappingToken(std::string_view text, const TokenAt& token) {
+    const std::size_t end = tokenEnd(token);
+    if (auto next = orderTokenAt(text, end - 2)) {
+        return next;
+    }
+    return orderTokenAt(text, end - 1);
+}
+
+// Which tokens of a chain the three passes restore.
+void chooseInChain(const std::vector<TokenAt>& chain, std::vector<bool>& restored) {
+    restored.assign(chain.size(), false);
+    for (std::size_t row = 0; row < kOrderEscapes.size(); ++row) {
+        for (std::size_t i = 0; i < chain.size(); ++i) {
+            if (chain[i].row == row) {
+                restored[i] =
+                    !(i > 0 && restored[i - 1]) && !(i + 1 < chain.size() && restored[i + 1]);
+            }
+        }
+    }
+}
+
+constexpr internal::ByteSet kDash("-");
 
 } // namespace
 
-void internal::appendOrderEscaped(kstring& out, std::string_view value, bool lineFeeds) {
-    walkOrderEscapes(
-        value, lineFeeds,
-        [&](std::size_t from, std::size_t to) { out.append(value.substr(from, to - from)); },
-        [&](const EscapeToken& row) { out.append(row.token); });
+void internal::appendOrderUnescaped(kstring& out, std::string_view value) {
+    const std::string_view searched = untilZero(value.data(), value.size());
+    std::size_t copied = 0;
+    const auto restore = [&](const TokenAt& token) {
+        out.append(value.substr(copied, token.start - copied))
+            .append(kOrderEscapes[token.row].character);
+        copied = tokenEnd(token);
+    };
+    std::vector<TokenAt> chain;
+    std::vector<bool> restored;
+    for (std::size_t pos = kDash.find(searched); pos != std::string_view::npos;
+         pos = kDash.find(searched, pos)) {
+        const std::optional<TokenAt> first = orderTokenAt(searched, pos);
+        if (!first) {
+            ++pos;
+            continue;
+        }
+        std::optional<TokenAt> next = overlappingToken(searched, *first);
+        if (!next) { // alone, as nearly every token is
+            restore(*first);
+            pos = copied;
+            continue;
+        }
+        chain.assign({*first, *next});
+        while ((next = overlappingToken(searched, chain.back()))) {
+            chain.push_back(*next);
+        }
+        chooseInChain(chain, restored);
+        for (std::size_t i = 0; i < chain.size(); ++i) {
+            if (restored[i]) {
+                restore(chain[i]);
+            }
+        }
+        pos = tokenEnd(chain.back());
+    }
+    out.append(value.substr(copied));
 }
 
-std::size_t internal::orderEscapedSize(std::string_view value, bool lineFeeds) noexcept {
-    std::size_t size = 0;
-    walkOrderEscapes(
-        value, lineFeeds, [&](std::size_t from, std::size_t to) { size += to - from; },
-        [&](const EscapeToken& row) { size += row.token.size(); });
-    return size;
+std::size_t internal::orderEscapedBound(std::string_view value, bool lineFeeds) noexcept {
+    // No special byte grows by more than kGrowth: "=" and "&" by 6, a line
+    // feed by 7, each "/" of a pair by 3 (and a lone one by nothing).
+    constexpr std::size_t kGrowth = 7;
+    const std::string_view searched = untilZero(value.data(), value.size());
+    return value.size() + kGrowth * withSpecials(lineFeeds, [&](const auto& specials) {
+                              return specials.count(searched);
+                          });
+}
+
+void internal::appendOrderEscaped(kstring& out, std::string_view value, std::size_t bound,
+                                  bool lineFeeds) {
+    const std::string_view searched = untilZero(value.data(), value.size());
+    const std::size_t start = out.size();
+    out.resize(start + bound);
+    char* const escaped = out.data() + start;
+    const std::size_t written = withSpecials(
+        lineFeeds, [&](const auto& specials) { return writeEscaped(searched, specials, escaped); });
+    value.remove_prefix(searched.size());
+    std::memcpy(escaped + written, value.data(), value.size());
+    out.resize(start + written + value.size());
 }
 
 void PQString::initialyze_public() {
@@ -267,27 +430,16 @@ PQ_CATCH_AND_TREAT
 
 std::unique_ptr<kstring> PQString::restorePQEntities(const kstring& text) try {
     auto result = std::make_unique<kstring>();
-    result->reserve(internal::orderEscapedSize(text));
-    internal::appendOrderEscaped(*result, text);
+    internal::appendOrderEscaped(*result, text, internal::orderEscapedBound(text));
     return result;
 }
 PQ_CATCH_AND_TREAT
 
 std::unique_ptr<kstring> PQString::removePQEntities(const kstring& text) try {
-    // Three passes in sequence, each over the result of the one before: a
-    // token that appears only once the previous one is restored is restored
-    // too ("--amp--equ--" -> "--amp=" is not, as "--equ--" goes first). A
-    // pass with nothing to restore would only copy, so it is skipped.
-    std::unique_ptr<kstring> result;
-    const kstring* current = &text;
-    for (const EscapeToken& row : kOrderEscapes) {
-        if (findBytes(untilZero(current->data(), current->size()), row.token) !=
-            std::string_view::npos) {
-            result = unescape(*current, row);
-            current = result.get();
-        }
-    }
-    return result ? std::move(result) : std::make_unique<kstring>(text);
+    auto result = std::make_unique<kstring>();
+    result->reserve(text.size()); // restoring only shortens
+    internal::appendOrderUnescaped(*result, text);
+    return result;
 }
 PQ_CATCH_AND_TREAT
 

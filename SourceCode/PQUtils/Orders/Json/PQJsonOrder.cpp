@@ -103,8 +103,8 @@ PQSourceOrderWrapper PQJsonOrder::get_jsonOrderString() const try {
     // "&", "//" and "=" to their tokens, then line feeds to "--endl--", in
     // one pass: no token holds a byte that another step replaces.
     PQWipedString content;
-    content.get().reserve(internal::orderEscapedSize(text, true));
-    internal::appendOrderEscaped(content.get(), text, true);
+    internal::appendOrderEscaped(content.get(), text, internal::orderEscapedBound(text, true),
+                                 true);
     return PQSourceOrderWrapper(std::move(content.get()));
 }
 PQ_CATCH_AND_TREAT
