@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <array>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 
 #include "PQUtils/Utils/PQFailure.h"
@@ -30,6 +32,16 @@ constexpr bool isAsciiAlnum(char c) {
 static_assert(ks.size() == 200 && std::all_of(ks.begin(), ks.end(), isAsciiAlnum),
               "the key is 200 ASCII letters and digits");
 
+// The two characters of each 12-bit half of a 3-byte group: one look-up
+// writes two characters.
+constexpr std::array<std::array<char, 2>, 4096> kBase64Pairs = [] {
+    std::array<std::array<char, 2>, 4096> table{};
+    for (std::size_t bits = 0; bits < table.size(); ++bits) {
+        table[bits] = {base64_chars[bits >> 6U], base64_chars[bits & 0x3FU]};
+    }
+    return table;
+}();
+
 // Writes the Base64 of a group of `bytes` (1 to 3) bytes packed big-endian
 // in the low 24 bits of `group`, the missing ones zero: bytes + 1 characters,
 // then the pad up to four.
@@ -38,6 +50,32 @@ char* writeGroup(char* out, std::uint32_t group, std::size_t bytes) {
         out[k] = k <= bytes ? base64_chars[(group >> (18 - 6 * k)) & 0x3FU] : kBase64Pad;
     }
     return out + 4;
+}
+
+// The cipher key repeated to a whole number of 8-byte words, so that it is
+// applied a word at a time and each repetition starts the key afresh.
+constexpr std::array<char, 8 * kKeyPeriod> kKeyStream = [] {
+    std::array<char, 8 * kKeyPeriod> stream{};
+    for (std::size_t i = 0; i < stream.size(); ++i) {
+        stream[i] = ks[i % kKeyPeriod];
+    }
+    return stream;
+}();
+
+// bytes[i] ^= key[i] for i < size (at most kKeyStream.size()).
+void xorWithKeyStream(char* bytes, std::size_t size) {
+    std::size_t i = 0;
+    for (; i + 8 <= size; i += 8) {
+        std::uint64_t word = 0;
+        std::uint64_t key = 0;
+        std::memcpy(&word, bytes + i, 8);
+        std::memcpy(&key, kKeyStream.data() + i, 8);
+        word ^= key;
+        std::memcpy(bytes + i, &word, 8);
+    }
+    for (; i < size; ++i) {
+        bytes[i] = static_cast<char>(bytes[i] ^ kKeyStream[i]);
+    }
 }
 
 } // namespace
@@ -50,8 +88,10 @@ std::unique_ptr<kstring> PQString::toBase64(const kstring& data, unsigned long l
     };
     char* out = result->data();
     std::size_t i = 0;
-    for (; length - i >= 3; i += 3) {
-        out = writeGroup(out, byteAt(i) << 16U | byteAt(i + 1) << 8U | byteAt(i + 2), 3);
+    for (; length - i >= 3; i += 3, out += 4) {
+        const std::uint32_t group = byteAt(i) << 16U | byteAt(i + 1) << 8U | byteAt(i + 2);
+        std::memcpy(out, kBase64Pairs[group >> 12U].data(), 2);
+        std::memcpy(out + 2, kBase64Pairs[group & 0xFFFU].data(), 2);
     }
     if (const std::size_t rest = length - i; rest == 2) {
         writeGroup(out, byteAt(i) << 16U | byteAt(i + 1) << 8U, 2);
@@ -70,9 +110,8 @@ std::unique_ptr<kstring> PQString::simpleCipher(const kstring& data) try {
     constexpr std::size_t kWrap = std::size_t{1} << 32U;
     for (std::size_t block = 0; block < result->size(); block += kWrap) {
         const std::size_t blockEnd = std::min(result->size(), block + kWrap);
-        for (std::size_t i = block, k = 0; i < blockEnd; ++i) {
-            bytes[i] = static_cast<char>(bytes[i] ^ ks[k]);
-            k = k + 1 == kKeyPeriod ? 0 : k + 1;
+        for (std::size_t i = block; i < blockEnd; i += kKeyStream.size()) {
+            xorWithKeyStream(bytes + i, std::min(kKeyStream.size(), blockEnd - i));
         }
     }
     return result;

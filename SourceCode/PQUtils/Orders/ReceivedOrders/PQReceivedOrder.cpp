@@ -8,7 +8,6 @@
 
 #include "PQUtils/Utils/PQFailure.h"
 #include "PQUtils/Utils/PQSecureMemory.h"
-#include "PQUtils/Utils/PQString.h"
 #include "PQUtils/Utils/PQStringInternal.h"
 
 namespace PQ_UTILS {
@@ -112,7 +111,7 @@ PQReceivedOrder::getOrderPiecesFromOrder(const PQSourceOrderWrapper& source,
     auto pieces = std::make_unique<PieceList>();
     try {
         const std::string_view text = withoutEndMark(*source.getStringSource());
-        pieces->reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), '&')) + 1);
+        pieces->reserve(internal::ByteSet("&").count(text) + 1);
         PQElementReport report(source);
         // One element per "&"-separated part of the text, empty ones skipped.
         for (std::size_t start = 0; start <= text.size();) {
@@ -133,10 +132,15 @@ PQReceivedOrder::getOrderPiecesFromOrder(const PQSourceOrderWrapper& source,
                     frame::treatFinal(failure, true, report.text(), PQ_FRAME_SITE());
                     continue;
                 }
-                kstring value(element.substr(equals + 1));
-                if (removeEntities && findBytes(value, kTokenStart) != std::string_view::npos) {
-                    const PQWipedString escaped(std::exchange(value, kstring()));
-                    value = std::move(*PQString::removePQEntities(escaped.get()));
+                // The value is made once, where it is kept: no partial copy
+                // of it is left behind.
+                const std::string_view raw = element.substr(equals + 1);
+                kstring value;
+                if (removeEntities && findBytes(raw, kTokenStart) != std::string_view::npos) {
+                    value.reserve(raw.size()); // restoring only shortens
+                    internal::appendOrderUnescaped(value, raw);
+                } else {
+                    value.assign(raw);
                 }
                 pieces->emplace_back(kstring(element.substr(0, equals)), std::move(value));
             }
