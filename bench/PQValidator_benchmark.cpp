@@ -32,6 +32,30 @@ void BM_CardLuhn16(benchmark::State& state) {
 }
 BENCHMARK(BM_CardLuhn16);
 
+// The textbook loop, as a user would write it: the yardstick of the one
+// above.
+bool plainLuhn(const kstring& number) {
+    int sum = 0;
+    bool doubled = false;
+    for (std::size_t i = number.size(); i-- > 0;) {
+        int digit = number[i] - '0';
+        if (doubled) {
+            digit *= 2;
+            if (digit > 9) {
+                digit -= 9;
+            }
+        }
+        sum += digit;
+        doubled = !doubled;
+    }
+    return sum % 10 == 0;
+}
+
+void BM_Reference_PlainLuhn16(benchmark::State& state) {
+    perCall(state, "4012888888881881", &plainLuhn);
+}
+BENCHMARK(BM_Reference_PlainLuhn16);
+
 void BM_CardType16(benchmark::State& state) {
     // A 2-series number: all three passes over the table.
     perCall(state, "2223003122003222", &PQCreditCardNumberValidator::getCardType);
