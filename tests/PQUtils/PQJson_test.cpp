@@ -4,7 +4,9 @@
 #include <random>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -137,6 +139,33 @@ TEST(PQJson, OnePassEscapesMatchTheSequentialReplacements) {
             *PQString::removeEquals(*PQString::removeDbleSlashes(*PQString::removeAmpersand(json))),
             "\n", "--endl--", false);
         ASSERT_EQ(*object.get_jsonOrderString().getStringSource(), *sent);
+    }
+}
+
+TEST(PQJson, OnePassReadingMatchesTheSequentialReplacements) {
+    // Every text of up to six bytes over a backslash, a quote, two escape
+    // letters and another byte, so runs of backslashes of every length meet
+    // every byte that may follow them.
+    const auto inPasses = [](std::string text) {
+        for (const auto& [from, to] : {std::pair<std::string, std::string>{"\\n", "\n"},
+                                       {"\\t", "\t"},
+                                       {"\\v", "\v"},
+                                       {"\\r", "\r"},
+                                       {"\\f", "\f"},
+                                       {"\\\"", "\""},
+                                       {"\\\\", "\\"}}) {
+            PQ_UTILS::PQString::self_replace(text, from, to);
+        }
+        return text;
+    };
+    std::vector<std::string> texts{""};
+    for (std::size_t i = 0; i < texts.size() && texts[i].size() < 6; ++i) {
+        for (const char next : std::string_view("\\\"ntx")) {
+            texts.push_back(texts[i] + next);
+        }
+    }
+    for (const std::string& text : texts) {
+        ASSERT_EQ(unescaped(text), inPasses(text)) << text;
     }
 }
 

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "PQDebug/PQException.h"
+#include "PQUtils/Orders/Json/PQJsonObject.h"
 #include "PQUtils/Utils/PQInit.h"
 #include "support/TestSupport.h"
 
@@ -97,6 +98,16 @@ TEST(PQOrder, APlainNestedOrderCannotRender) {
     // Initialized (the clone keeps the flag), a plain order still has no rendering.
     EXPECT_EQ(pqtest::messageOf([&] { (void)order.get_orderString(); }),
               "this must must not be called");
+}
+
+TEST(PQOrder, ShortNestedRenderingsStayInPlace) {
+    // "{}" fits inside its string object: the writer must not keep a view of
+    // a rendering that moves as more are made.
+    PQOrder order = logOrder();
+    for (const char* key : {"a", "b", "c", "d", "e"}) {
+        order.add_orderPiece(key, std::make_unique<PQ_UTILS::PQJsonObject>());
+    }
+    EXPECT_EQ(textOf(order), "action=log&a={}&b={}&c={}&d={}&e={}&//");
 }
 
 TEST(PQOrder, OnlyTheLanguageChangeOrderTracesItsLife) {

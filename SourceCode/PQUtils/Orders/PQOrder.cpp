@@ -41,6 +41,17 @@ void eraseFirst(std::vector<std::unique_ptr<PQOrderPiece>>& pieces, Match match)
     }
 }
 
+// Appends `piece`. A list is first given room for four: arrays and objects
+// of a few pieces are spared the first regrowths of their list.
+void appendPiece(std::vector<std::unique_ptr<PQOrderPiece>>& pieces,
+                 std::unique_ptr<PQOrderPiece> piece) {
+    constexpr std::size_t kFirstRoom = 4;
+    if (pieces.capacity() == 0) {
+        pieces.reserve(kFirstRoom);
+    }
+    pieces.push_back(std::move(piece));
+}
+
 // Set while a copy of a tree copies the pieces of its nested orders itself.
 thread_local bool tl_copyingLevelByLevel = false;
 
@@ -129,8 +140,10 @@ PQOrder::~PQOrder() {
             doomed.pop_back();
             if (piece->m_orderPieceValue != nullptr) {
                 auto& inner = piece->m_orderPieceValue->m_pPrivateImp->m_listOrderPiece;
-                doomed.reserve(doomed.size() + inner.size());
-                std::move(inner.begin(), inner.end(), std::back_inserter(doomed));
+                // Grown geometrically: reserving the exact size each time
+                // would copy the list once per nested order.
+                doomed.insert(doomed.end(), std::make_move_iterator(inner.begin()),
+                              std::make_move_iterator(inner.end()));
                 inner.clear();
             }
         }
@@ -166,13 +179,13 @@ PQOrderPiece* PQOrder::findPiece(const std::string& key) const {
 
 void PQOrder::add_orderPiece(std::unique_ptr<PQOrderPiece> piece) try {
     PQ_CHECK_NULL(piece.get());
-    m_pPrivateImp->m_listOrderPiece.push_back(std::move(piece));
+    appendPiece(m_pPrivateImp->m_listOrderPiece, std::move(piece));
 }
 PQ_CATCH_AND_TREAT
 
 void PQOrder::add_orderPiece_noCheck(std::unique_ptr<PQOrderPiece> piece) try {
     PQ_CHECK_NULL(piece.get());
-    m_pPrivateImp->m_listOrderPiece.push_back(std::move(piece));
+    appendPiece(m_pPrivateImp->m_listOrderPiece, std::move(piece));
 }
 PQ_CATCH_AND_TREAT
 

@@ -18,6 +18,9 @@ class PQSourceOrderPieceWrapper : public PQSecuredString {
 
     // Appends `text` to the value (old buffers are wiped as it grows).
     void append(std::string_view text) { appendText(text); }
+
+private:
+    friend class PQJsonOrder; // sizes its text first, then writes it in place
 };
 
 } // namespace PQ_UTILS

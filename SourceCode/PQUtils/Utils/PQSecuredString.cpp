@@ -39,18 +39,22 @@ PQSecuredString& PQSecuredString::operator=(const PQSecuredString& other) {
 
 PQSecuredString::~PQSecuredString() = default;
 
-void PQSecuredString::appendText(std::string_view text) {
-    PQ_CHECK_NULL(m_sourceString.get());
-    kstring& content = *m_sourceString;
-    if (content.capacity() - content.size() >= text.size()) {
-        content.append(text);
-        return;
+void PQSecuredString::appendText(std::string_view text) { roomFor(text.size()).append(text); }
+
+kstring& PQSecuredString::roomFor(std::size_t extra) {
+    if (!m_sourceString) {
+        // Reported as the append that the room is made for.
+        throw frame::nullPointer("m_sourceString.get()", {"appendText", pqSourceFile, __LINE__});
     }
-    // Growing in place would free the old buffer unwiped.
-    std::unique_ptr<kstring, WipingDelete> grown(new kstring);
-    grown->reserve(std::max(2 * content.capacity(), content.size() + text.size()));
-    grown->append(content).append(text);
-    m_sourceString = std::move(grown);
+    kstring& content = *m_sourceString;
+    if (content.capacity() - content.size() < extra) {
+        // Growing in place would free the old buffer unwiped.
+        std::unique_ptr<kstring, WipingDelete> grown(new kstring);
+        grown->reserve(std::max(2 * content.capacity(), content.size() + extra));
+        grown->append(content);
+        m_sourceString = std::move(grown);
+    }
+    return *m_sourceString;
 }
 
 const kstring* PQSecuredString::getStringSource() const try {

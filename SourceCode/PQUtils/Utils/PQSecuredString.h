@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string_view>
 
@@ -51,13 +52,20 @@ protected:
     // Appends `text` to the content. When the content must grow, it moves to
     // a larger buffer and the old one is wiped.
     void appendText(std::string_view text);
+    // The content, with room for `extra` more bytes: when it must grow, it
+    // moves to a buffer twice as large, or as large as needed if that is
+    // more, and the old one is wiped. Appending up to `extra` bytes to it
+    // then never moves it; a caller only ever adds text to it. Fails as
+    // appendText does when there is none.
+    [[nodiscard]] kstring& roomFor(std::size_t extra);
+    // The content, or null when there is none; never fails.
+    [[nodiscard]] const kstring* content() const noexcept { return m_sourceString.get(); }
 
 private:
     // The views compare with the content and name its absence themselves.
     template <class View> friend class PQByteView;
     friend class PQSecuredStringRef;
     friend class PQStringRef;
-    [[nodiscard]] const kstring* content() const noexcept { return m_sourceString.get(); }
 
     struct WipingDelete {
         void operator()(kstring* text) const noexcept;

@@ -189,9 +189,11 @@ namespace PQ_UTILS::internal {
 // to `out`: the same output as PQString::restorePQEntities. With
 // `lineFeeds`, a line feed also becomes "--endl--" (as replace_pq would make
 // it after the three others), for JSON text sent in an order.
-// orderEscapedBound is a bound on the bytes appended, exact for most texts
-// and at worst twice the size; it is found by counting the special bytes,
-// several times faster than escaping. appendOrderEscaped needs it, and
+// orderEscapedBound is a bound on the bytes appended: each special byte
+// counted as growing by 7, the most any does ("=" and "&" grow by 6), so it
+// is close for ordinary text. Counting is several times faster than
+// escaping, and sizing the buffer this way spares a second walk.
+// appendOrderEscaped needs the bound, and
 // enlarges `out` by at most this much: a caller that reserves the sum of
 // the bounds never has its text moved, and so never leaves a copy unwiped.
 [[nodiscard]] std::size_t orderEscapedBound(std::string_view value,

@@ -4,7 +4,6 @@
 // escaping of string values. Not installed.
 
 #include <array>
-#include <cstddef>
 #include <string_view>
 
 #include "PQUtils/Orders/PQSourceOrderPieceWrapper.h"
@@ -28,8 +27,8 @@ struct JsonEscape {
 };
 
 // In the order the writer applies them: the backslash first, so that the
-// backslashes the other rows add are not doubled. A single quote is left as
-// it is, and "\\'" is never read back.
+// backslashes the other rows add are not doubled. Each escape is a backslash
+// and one byte. A single quote is left as it is, and "\\'" is never read back.
 inline constexpr std::array<JsonEscape, 7> kJsonEscapes{{{'\\', "\\\\"},
                                                          {'"', "\\\""},
                                                          {'\n', "\\n"},
@@ -38,18 +37,14 @@ inline constexpr std::array<JsonEscape, 7> kJsonEscapes{{{'\\', "\\\\"},
                                                          {'\r', "\\r"},
                                                          {'\f', "\\f"}}};
 
-// The rows of kJsonEscapes in the order the reader undoes them: the control
-// characters, then the double quote, the backslash last. A stored backslash,
+// Undoes the escapes of `text`, in one pass, giving what replacing every
+// match of each row, left to right, gives when the rows are taken the
+// control characters first, then the double quote, the backslash last. In a
+// run of backslashes, the last one goes with the byte after it when the two
+// are an escape of another row; those left pair up from the left, each pair
+// read as one backslash, a lone last one kept. A stored backslash,
 // backslash, "n" thus reads back as a backslash and a line feed.
-inline constexpr std::array<std::size_t, 7> kJsonUnescapeOrder{2, 3, 4, 5, 6, 1, 0};
-
-// Appends `text` to `out` with each byte of kJsonEscapes escaped, in one
-// pass. No escaped form holds a byte that a later row replaces, so this is
-// the text that replacing row after row would give.
-void appendJsonEscaped(PQSourceOrderPieceWrapper& out, std::string_view text);
-
-// Undoes the escapes of `text` in place, row after row in
-// kJsonUnescapeOrder, each replacing every match left to right.
-void unescapeJson(kstring& text);
+//   "a\\\\\\n" (a, three backslashes, n) -> "a\\\n" (a, backslash, line feed)
+[[nodiscard]] PQSecuredString unescapedJson(std::string_view text);
 
 } // namespace PQ_UTILS::internal

@@ -95,12 +95,22 @@ protected:
     void render(Shape shape, PQSourceOrderPieceWrapper& out, bool escape) const;
     // The node that the piece holds, when it is a JSON node; else null.
     [[nodiscard]] static PQJsonOrder* jsonNodeOf(const PQOrderPiece& piece) noexcept;
+    // The text of a text piece, read in place; null for a nested order or a
+    // piece moved from.
+    [[nodiscard]] static const kstring* storedText(const PQOrderPiece& piece) noexcept;
     // What clone() requires, reported at `site`: the kind ORDER_JSONORDER.
     void checkCloneable(const frame::PQSite& site) const;
     // The text of a literal or number: "true", "12", "2.50" (two decimals).
     [[nodiscard]] static kstring valueText(bool value);
     [[nodiscard]] static kstring valueText(int value);
     [[nodiscard]] static kstring valueText(double value);
+
+private:
+    // The two passes of render(): the first adds up the bytes of the text,
+    // the second writes them into room made once.
+    class Sizer;
+    class Writer;
+    template <class Sink> void walk(Shape shape, Sink& sink, bool escape) const;
 };
 
 } // namespace PQ_UTILS

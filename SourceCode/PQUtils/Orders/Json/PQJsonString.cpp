@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "PQUtils/Orders/Json/PQJsonInternal.h"
-#include "PQUtils/Utils/PQSecureMemory.h"
 
 namespace PQ_UTILS {
 namespace {
@@ -53,9 +52,11 @@ PQSecuredString PQJsonString::get_pieceValue() const try {
     if (pieces.empty()) {
         return {};
     }
-    PQWipedString text(*pieces.front()->get_localOrderString().getStringSource());
-    internal::unescapeJson(text.get());
-    return PQSecuredString(std::move(text.get()));
+    // A text piece is read in place; any other gives its rendering.
+    if (const kstring* const stored = storedText(*pieces.front())) {
+        return internal::unescapedJson(*stored);
+    }
+    return internal::unescapedJson(*pieces.front()->get_localOrderString().getStringSource());
 }
 PQ_CATCH_AND_TREAT
 
