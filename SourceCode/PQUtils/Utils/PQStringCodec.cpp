@@ -54,8 +54,9 @@ char* writeGroup(char* out, std::uint32_t group, std::size_t bytes) {
 
 // The cipher key repeated to a whole number of 8-byte words, so that it is
 // applied a word at a time and each repetition starts the key afresh.
-constexpr std::array<char, 8 * kKeyPeriod> kKeyStream = [] {
-    std::array<char, 8 * kKeyPeriod> stream{};
+constexpr std::size_t kKeyStreamSize = std::size_t{8} * kKeyPeriod;
+constexpr std::array<char, kKeyStreamSize> kKeyStream = [] {
+    std::array<char, kKeyStreamSize> stream{};
     for (std::size_t i = 0; i < stream.size(); ++i) {
         stream[i] = ks[i % kKeyPeriod];
     }
