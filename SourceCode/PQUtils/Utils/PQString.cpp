@@ -117,13 +117,9 @@ constexpr std::array<Replacement, 256> kReplacementOf = [] {
 constexpr internal::ByteSet kOrderSpecials("=&/");
 constexpr internal::ByteSet kJsonOrderSpecials("=&/\n");
 
-// Without a branch on the kind of byte: which one comes next is as good as
-// random, and a mispredicted branch costs more than this whole look-up.
 const Replacement& replacementAt(std::string_view searched, std::size_t i) {
-    const char next = searched[std::min(i + 1, searched.size() - 1)];
-    const bool pair = (searched[i] == '/') & (next == '/') & (i + 1 < searched.size());
-    const Replacement* const single = &kReplacementOf[static_cast<unsigned char>(searched[i])];
-    return *(pair ? &kDoubleSlashReplacement : single);
+    const bool pair = searched[i] == '/' && i + 1 < searched.size() && searched[i + 1] == '/';
+    return pair ? kDoubleSlashReplacement : kReplacementOf[static_cast<unsigned char>(searched[i])];
 }
 
 // Writes the escaped form of `searched` to `out` and returns its size.
