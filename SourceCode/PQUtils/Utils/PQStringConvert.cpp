@@ -1,13 +1,13 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <cstdint>
 #include <limits>
 #include <string_view>
 #include <system_error>
 
 #include "PQDebug/PQDebugString.h"
 #include "PQUtils/Utils/PQFailure.h"
+#include "PQUtils/Utils/PQFromCharsInternal.h"
 #include "PQUtils/Utils/PQSecuredStringRef.h"
 #include "PQUtils/Utils/PQString.h"
 #include "PQUtils/Utils/PQStringInternal.h"
@@ -78,65 +78,8 @@ template <class View> View trimView(const View& text) {
     return View(text.data() + bounds.first, bounds.last - bounds.first);
 }
 
-// A decimal number at the start of a text, without its sign: digits with an
-// optional point and fraction (a digit on one side at least), then an
-// optional exponent.
-struct DecimalNumber {
-    std::size_t length = 0; // 0 when the text does not start with one
-    // The power of ten of its first non-zero digit, exponent included; very
-    // low for a number of zeros. The exponent saturates far beyond any double.
-    std::int64_t order = 0;
-};
-
-DecimalNumber scanDecimal(std::string_view text) {
-    // Small enough that ten times it plus a digit, or added to a digit
-    // count, still fits.
-    constexpr std::int64_t kSaturated = std::int64_t{1} << 58;
-    DecimalNumber number;
-    std::size_t i = 0;
-    std::int64_t digitsBeforePoint = 0;
-    std::int64_t firstSignificant = 0; // index among the digits, point left out
-    bool significant = false;
-    std::int64_t digits = 0;
-    const auto readDigits = [&] {
-        for (; i < text.size() && isDigit(text[i]); ++i, ++digits) {
-            if (!significant && text[i] != '0') {
-                significant = true;
-                firstSignificant = digits;
-            }
-        }
-    };
-    readDigits();
-    digitsBeforePoint = digits;
-    if (i < text.size() && text[i] == '.') {
-        ++i;
-        readDigits();
-    }
-    if (digits == 0) {
-        return number;
-    }
-    number.length = i;
-    std::int64_t exponent = 0;
-    if (i < text.size() && (text[i] == 'e' || text[i] == 'E')) {
-        std::size_t j = i + 1;
-        const bool negative = j < text.size() && text[j] == '-';
-        if (j < text.size() && (text[j] == '+' || text[j] == '-')) {
-            ++j;
-        }
-        if (j < text.size() && isDigit(text[j])) {
-            for (; j < text.size() && isDigit(text[j]); ++j) {
-                exponent = std::min(exponent * 10 + (text[j] - '0'), kSaturated);
-            }
-            exponent = negative ? -exponent : exponent;
-            number.length = j;
-        }
-    }
-    number.order = significant ? digitsBeforePoint - 1 - firstSignificant + exponent : -kSaturated;
-    return number;
-}
-
-// `text` read by from_chars after an optional '+' (which from_chars does not
-// take), with the range resolved: beyond double it gives +-infinity, below
+// `text` read as from_chars reads it, after an optional '+' (which
+// from_chars does not take), with the range resolved: beyond double it gives +-infinity, below
 // it +-0. Returns the value and the bytes read (0 when nothing was read).
 struct DoubleRead {
     double value = 0;
@@ -156,14 +99,15 @@ DoubleRead readDouble(std::string_view text) {
     const char* const first = text.data() + start;
     const char* const last = text.data() + text.size();
     double value = 0;
-    const auto [end, error] = std::from_chars(first, last, value, std::chars_format::general);
+    const auto [end, error] = internal::fromChars(first, last, value);
     if (error == std::errc::invalid_argument) {
         return read;
     }
     read.length = static_cast<std::size_t>(end - text.data());
     if (error == std::errc::result_out_of_range) {
         const bool negative = *first == '-';
-        const DecimalNumber number = scanDecimal(text.substr(start + (negative ? 1 : 0)));
+        const internal::DecimalNumber number =
+            internal::scanDecimal(text.substr(start + (negative ? 1 : 0)));
         // Out of range, a number of 1 or more overflows and one below 1 underflows.
         read.finite = number.order < 0;
         value = read.finite ? 0.0 : std::numeric_limits<double>::infinity();
@@ -304,7 +248,7 @@ PQ_CATCH_AND_TREAT
 
 bool PQString::isDouble(const kstring& text) try {
     const std::string_view number = unsignedPart(text);
-    if (number.empty() || scanDecimal(number).length != number.size()) {
+    if (number.empty() || internal::scanDecimal(number).length != number.size()) {
         return false;
     }
     const DoubleRead read = readDouble(text);
