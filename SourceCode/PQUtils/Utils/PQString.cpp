@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstring>
 #include <limits>
 #include <optional>
@@ -167,8 +166,8 @@ std::size_t writeEscaped(std::string_view searched, const Specials& specials, ch
     std::size_t i = 0;
     for (; i + kBlock <= size; i += kBlock) {
         storeRest(std::max(i, copied));
-        for (unsigned mask = specials.blockMask(in + i); mask != 0; mask &= mask - 1) {
-            replace(i + static_cast<std::size_t>(std::countr_zero(mask)));
+        for (auto hits = specials.blockHits(in + i); !hits.empty(); hits.dropFirst()) {
+            replace(i + hits.first());
         }
     }
     if (i < size) {

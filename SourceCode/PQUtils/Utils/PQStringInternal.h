@@ -3,18 +3,12 @@
 // Byte-search primitives shared by the string sources of the library; not
 // installed.
 
-#include <array>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
-#include <utility>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
-
+#include "PQUtils/Utils/PQByteSetInternal.h"
 #include "PQUtils/Utils/PQFailure.h"
 
 // Fails with the null variable "m_startPointeur" for a broken view: bytes to
@@ -59,109 +53,6 @@ inline constexpr std::size_t kShortNeedle = 16;
 [[nodiscard]] inline std::string_view untilZero(const char* text, std::size_t limit) noexcept {
     return {text, limit == 0 ? 0 : ::strnlen(text, limit)};
 }
-
-// A set of up to a few byte values, found 16 bytes at a time (SSE2, which
-// every x86-64 has) or one byte at a time elsewhere. The escapers and the
-// order reader look for their few special bytes with it: in ordinary text
-// those are rare, and testing 16 bytes per step is what makes a pass over a
-// value cost little more than copying it.
-template <std::size_t N> class ByteSet {
-public:
-    constexpr explicit ByteSet(const char (&bytes)[N + 1]) {
-        for (std::size_t k = 0; k < N; ++k) {
-            m_bytes[k] = bytes[k];
-            m_member[static_cast<unsigned char>(bytes[k])] = true;
-        }
-    }
-
-    [[nodiscard]] constexpr bool contains(char c) const noexcept {
-        return m_member[static_cast<unsigned char>(c)];
-    }
-
-    // Bit k set when byte k of the kBlock bytes at `block` is in the set.
-    static constexpr std::size_t kBlock = 16;
-    [[nodiscard]] unsigned blockMask(const char* block) const noexcept {
-#if defined(__SSE2__)
-        return static_cast<unsigned>(
-            _mm_movemask_epi8(matches(load(block), std::make_index_sequence<N>())));
-#else
-        unsigned mask = 0;
-        for (std::size_t k = 0; k < kBlock; ++k) {
-            mask |= static_cast<unsigned>(contains(block[k])) << k;
-        }
-        return mask;
-#endif
-    }
-
-    // How many bytes of `text` are in the set.
-    [[nodiscard]] std::size_t count(std::string_view text) const noexcept {
-        std::size_t total = 0;
-        std::size_t pos = 0;
-#if defined(__SSE2__)
-        // Each lane counts its matches (0xFF is -1) for up to 255 blocks,
-        // then the lanes are summed.
-        const __m128i zero = _mm_setzero_si128();
-        while (pos + kBlock <= text.size()) {
-            __m128i lanes = zero;
-            for (std::size_t blocks = 0; blocks < 255 && pos + kBlock <= text.size();
-                 ++blocks, pos += kBlock) {
-                lanes = _mm_sub_epi8(
-                    lanes, matches(load(text.data() + pos), std::make_index_sequence<N>()));
-            }
-            const __m128i sums = _mm_sad_epu8(lanes, zero);
-            total += static_cast<std::size_t>(_mm_cvtsi128_si32(sums)) +
-                     static_cast<std::size_t>(_mm_cvtsi128_si32(_mm_srli_si128(sums, 8)));
-        }
-#else
-        for (; pos + kBlock <= text.size(); pos += kBlock) {
-            total += static_cast<std::size_t>(std::popcount(blockMask(text.data() + pos)));
-        }
-#endif
-        for (; pos < text.size(); ++pos) {
-            total += contains(text[pos]) ? 1 : 0;
-        }
-        return total;
-    }
-
-    // Position of the first byte of `text` in the set at or after `pos`;
-    // npos when there is none.
-    [[nodiscard]] std::size_t find(std::string_view text, std::size_t pos = 0) const noexcept {
-        const char* const data = text.data();
-        const std::size_t size = text.size();
-        for (; size >= kBlock && pos <= size - kBlock; pos += kBlock) {
-            if (const unsigned mask = blockMask(data + pos); mask != 0) {
-                return pos + static_cast<std::size_t>(std::countr_zero(mask));
-            }
-        }
-        for (; pos < size; ++pos) {
-            if (contains(data[pos])) {
-                return pos;
-            }
-        }
-        return std::string_view::npos;
-    }
-
-private:
-#if defined(__SSE2__)
-    static __m128i load(const char* block) noexcept {
-        return _mm_loadu_si128(reinterpret_cast<const __m128i*>(block)); // NOLINT
-    }
-
-    // 0xFF in each lane of `chunk` that holds a byte of the set.
-    template <std::size_t... K>
-    [[nodiscard]] __m128i matches(__m128i chunk,
-                                  std::index_sequence<K...> /*bytes*/) const noexcept {
-        __m128i hits = _mm_setzero_si128();
-        ((hits = _mm_or_si128(hits, _mm_cmpeq_epi8(chunk, _mm_set1_epi8(m_bytes[K])))), ...);
-        return hits;
-    }
-#endif
-
-    std::array<char, N> m_bytes{};
-    std::array<bool, 256> m_member{};
-};
-
-template <std::size_t M> ByteSet(const char (&)[M]) -> ByteSet<M - 1>;
 
 } // namespace PQ_UTILS::internal
 

@@ -1,0 +1,210 @@
+#pragma once
+
+// The block scanner: finds a few byte values 16 bytes at a time. The only
+// place where the library uses vector instructions; not installed.
+
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <utility>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#define PQ_BLOCK_SCAN_SSE2 1
+#define PQ_BLOCK_SCAN_VECTOR 1
+#elif defined(__aarch64__) && defined(__ARM_NEON)
+#include <arm_neon.h>
+#define PQ_BLOCK_SCAN_NEON 1
+#define PQ_BLOCK_SCAN_VECTOR 1
+#endif
+
+namespace PQ_UTILS::internal {
+
+// How a block is tested: one byte at a time, which builds everywhere, or
+// with the processor's vector instructions (SSE2, which every x86-64 has;
+// NEON, which every arm64 has). Both give the same answers; the tests run
+// them side by side.
+enum class BlockPath { portable, vector };
+
+#if defined(PQ_BLOCK_SCAN_VECTOR)
+inline constexpr bool kHasVectorPath = true;
+#else
+inline constexpr bool kHasVectorPath = false;
+#endif
+inline constexpr BlockPath kNativePath = kHasVectorPath ? BlockPath::vector : BlockPath::portable;
+
+// The bytes of one block that are in a set, lowest first. Byte k is bit
+// k * Stride of the bits: SSE2 and the portable loop give a bit per byte,
+// NEON a nibble per byte (it has no single-instruction byte mask).
+template <unsigned Stride> class BlockHits {
+public:
+    constexpr explicit BlockHits(std::uint64_t bits) noexcept : m_bits(bits) {}
+
+    [[nodiscard]] constexpr bool empty() const noexcept { return m_bits == 0; }
+    // The index in the block of the lowest hit; the hits must not be empty.
+    [[nodiscard]] constexpr std::size_t first() const noexcept {
+        return static_cast<std::size_t>(std::countr_zero(m_bits)) / Stride;
+    }
+    constexpr void dropFirst() noexcept { m_bits &= m_bits - 1; }
+    [[nodiscard]] constexpr std::size_t size() const noexcept {
+        return static_cast<std::size_t>(std::popcount(m_bits));
+    }
+
+private:
+    std::uint64_t m_bits;
+};
+
+// The vector primitives of each processor, as one vocabulary: a lane is a
+// byte, a lane that matches holds 0xFF.
+namespace vec {
+#if defined(PQ_BLOCK_SCAN_SSE2)
+using Lanes = __m128i;
+inline constexpr unsigned kStride = 1;
+inline Lanes load(const char* block) noexcept {
+    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(block)); // NOLINT
+}
+inline Lanes splat(char c) noexcept { return _mm_set1_epi8(c); }
+inline Lanes zero() noexcept { return _mm_setzero_si128(); }
+inline Lanes equal(Lanes a, Lanes b) noexcept { return _mm_cmpeq_epi8(a, b); }
+inline Lanes either(Lanes a, Lanes b) noexcept { return _mm_or_si128(a, b); }
+inline Lanes minus(Lanes a, Lanes b) noexcept { return _mm_sub_epi8(a, b); }
+inline std::uint64_t hitBits(Lanes matches) noexcept {
+    return static_cast<unsigned>(_mm_movemask_epi8(matches));
+}
+// The sum of the lanes, read as unsigned bytes.
+inline std::size_t sum(Lanes counts) noexcept {
+    const __m128i sums = _mm_sad_epu8(counts, _mm_setzero_si128());
+    return static_cast<std::size_t>(_mm_cvtsi128_si32(sums)) +
+           static_cast<std::size_t>(_mm_cvtsi128_si32(_mm_srli_si128(sums, 8)));
+}
+#elif defined(PQ_BLOCK_SCAN_NEON)
+using Lanes = uint8x16_t;
+inline constexpr unsigned kStride = 4;
+inline Lanes load(const char* block) noexcept {
+    return vld1q_u8(reinterpret_cast<const std::uint8_t*>(block)); // NOLINT
+}
+inline Lanes splat(char c) noexcept { return vdupq_n_u8(static_cast<std::uint8_t>(c)); }
+inline Lanes zero() noexcept { return vdupq_n_u8(0); }
+inline Lanes equal(Lanes a, Lanes b) noexcept { return vceqq_u8(a, b); }
+inline Lanes either(Lanes a, Lanes b) noexcept { return vorrq_u8(a, b); }
+inline Lanes minus(Lanes a, Lanes b) noexcept { return vsubq_u8(a, b); }
+// Shifting each pair of lanes right by 4 and narrowing keeps a nibble per
+// lane, in lane order; one bit of each nibble is kept.
+inline std::uint64_t hitBits(Lanes matches) noexcept {
+    const uint8x8_t nibbles = vshrn_n_u16(vreinterpretq_u16_u8(matches), 4);
+    return vget_lane_u64(vreinterpret_u64_u8(nibbles), 0) & 0x1111111111111111U;
+}
+inline std::size_t sum(Lanes counts) noexcept { return vaddlvq_u8(counts); }
+#endif
+} // namespace vec
+
+// A set of up to a few byte values. The escapers and the order reader look
+// for their few special bytes with it: in ordinary text those are rare, and
+// testing 16 bytes per step is what makes a pass over a value cost little
+// more than copying it. Every query takes the path as a template argument,
+// the native one by default.
+template <std::size_t N> class ByteSet {
+public:
+    static constexpr std::size_t kBlock = 16;
+
+    constexpr explicit ByteSet(const char (&bytes)[N + 1]) {
+        for (std::size_t k = 0; k < N; ++k) {
+            m_bytes[k] = bytes[k];
+            m_member[static_cast<unsigned char>(bytes[k])] = true;
+        }
+    }
+
+    [[nodiscard]] constexpr bool contains(char c) const noexcept {
+        return m_member[static_cast<unsigned char>(c)];
+    }
+
+    // The bytes of the kBlock bytes at `block` that are in the set.
+    template <BlockPath Path = kNativePath>
+    [[nodiscard]] auto blockHits(const char* block) const noexcept {
+        static_assert(Path == BlockPath::portable || kHasVectorPath);
+#if defined(PQ_BLOCK_SCAN_VECTOR)
+        if constexpr (Path == BlockPath::vector) {
+            return BlockHits<vec::kStride>(vec::hitBits(matches(vec::load(block))));
+        } else
+#endif
+        {
+            std::uint64_t bits = 0;
+            for (std::size_t k = 0; k < kBlock; ++k) {
+                bits |= std::uint64_t{contains(block[k])} << k;
+            }
+            return BlockHits<1>(bits);
+        }
+    }
+
+    // How many bytes of `text` are in the set.
+    template <BlockPath Path = kNativePath>
+    [[nodiscard]] std::size_t count(std::string_view text) const noexcept {
+        static_assert(Path == BlockPath::portable || kHasVectorPath);
+        std::size_t total = 0;
+        std::size_t pos = 0;
+#if defined(PQ_BLOCK_SCAN_VECTOR)
+        if constexpr (Path == BlockPath::vector) {
+            // Each lane counts its matches (0xFF is -1) for up to 255
+            // blocks, then the lanes are summed.
+            while (pos + kBlock <= text.size()) {
+                vec::Lanes lanes = vec::zero();
+                for (std::size_t blocks = 0; blocks < 255 && pos + kBlock <= text.size();
+                     ++blocks, pos += kBlock) {
+                    lanes = vec::minus(lanes, matches(vec::load(text.data() + pos)));
+                }
+                total += vec::sum(lanes);
+            }
+        }
+#endif
+        for (; pos < text.size(); ++pos) {
+            total += contains(text[pos]) ? 1 : 0;
+        }
+        return total;
+    }
+
+    // Position of the first byte of `text` in the set at or after `pos`;
+    // npos when there is none.
+    template <BlockPath Path = kNativePath>
+    [[nodiscard]] std::size_t find(std::string_view text, std::size_t pos = 0) const noexcept {
+        static_assert(Path == BlockPath::portable || kHasVectorPath);
+        const char* const data = text.data();
+        const std::size_t size = text.size();
+        if constexpr (Path == BlockPath::vector) {
+            for (; size >= kBlock && pos <= size - kBlock; pos += kBlock) {
+                if (const auto hits = blockHits<Path>(data + pos); !hits.empty()) {
+                    return pos + hits.first();
+                }
+            }
+        }
+        for (; pos < size; ++pos) {
+            if (contains(data[pos])) {
+                return pos;
+            }
+        }
+        return std::string_view::npos;
+    }
+
+private:
+#if defined(PQ_BLOCK_SCAN_VECTOR)
+    // 0xFF in each lane of `chunk` that holds a byte of the set.
+    [[nodiscard]] vec::Lanes matches(vec::Lanes chunk) const noexcept {
+        return matches(chunk, std::make_index_sequence<N>());
+    }
+    template <std::size_t... K>
+    [[nodiscard]] vec::Lanes matches(vec::Lanes chunk,
+                                     std::index_sequence<K...> /*bytes*/) const noexcept {
+        vec::Lanes hits = vec::zero();
+        ((hits = vec::either(hits, vec::equal(chunk, vec::splat(m_bytes[K])))), ...);
+        return hits;
+    }
+#endif
+
+    std::array<char, N> m_bytes{};
+    std::array<bool, 256> m_member{};
+};
+
+template <std::size_t M> ByteSet(const char (&)[M]) -> ByteSet<M - 1>;
+
+} // namespace PQ_UTILS::internal
