@@ -1,6 +1,7 @@
 #include "PQDebug/PQDebug.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <string>
 #include <thread>
@@ -11,6 +12,7 @@
 
 #include "PQDebug/PQException.h"
 #include "PQDebug/PQUtil_macosx.h"
+#include "PQDebug/PQUtil_macosxInternal.h"
 #include "support/TestSupport.h"
 
 using PQ_DEBUG::PQDebug;
@@ -97,6 +99,37 @@ TEST(PQDebug, ComputerNameIsTheHostsName) {
     const std::string name = PQDEBUG_MACOSX::PQUtil_macosx::getComputerName();
     EXPECT_FALSE(name.empty());
     EXPECT_EQ(name.find('\0'), std::string::npos);
+    // Both system sources name the same host.
+    EXPECT_EQ(name, PQDEBUG_MACOSX::internal::hostNameFromSystem());
+    EXPECT_EQ(name, PQDEBUG_MACOSX::internal::hostNameFromUname());
+}
+
+namespace {
+std::string noName() { return {}; }
+std::string nameA() { return "a"; }
+std::string nameB() { return "b"; }
+} // namespace
+
+// Where a system gives no name, the next source is asked.
+TEST(PQDebug, ComputerNameFallsBackSourceBySource) {
+    using PQDEBUG_MACOSX::internal::HostNameSource;
+    const struct {
+        std::vector<HostNameSource> sources;
+        std::string name;
+    } rows[] = {{{nameA, nameB}, "a"}, {{noName, noName, nameB}, "b"}, {{noName}, ""}, {{}, ""}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(PQDEBUG_MACOSX::internal::firstHostName(row.sources), row.name);
+    }
+
+    ::unsetenv("HOSTNAME");     // NOLINT(concurrency-mt-unsafe)
+    ::unsetenv("COMPUTERNAME"); // NOLINT(concurrency-mt-unsafe)
+    EXPECT_EQ(PQDEBUG_MACOSX::internal::hostNameFromEnvironment(), "");
+    ::setenv("COMPUTERNAME", "desk-2", 1); // NOLINT(concurrency-mt-unsafe)
+    EXPECT_EQ(PQDEBUG_MACOSX::internal::hostNameFromEnvironment(), "desk-2");
+    ::setenv("HOSTNAME", "desk-1", 1); // NOLINT(concurrency-mt-unsafe)
+    EXPECT_EQ(PQDEBUG_MACOSX::internal::hostNameFromEnvironment(), "desk-1");
+    ::unsetenv("HOSTNAME");     // NOLINT(concurrency-mt-unsafe)
+    ::unsetenv("COMPUTERNAME"); // NOLINT(concurrency-mt-unsafe)
 }
 
 TEST(PQDebug, RecordsFromManyThreadsNeverInterleave) {
@@ -106,7 +139,7 @@ TEST(PQDebug, RecordsFromManyThreadsNeverInterleave) {
     constexpr int kRecords = 100;
     const std::string payload = std::string(300, 'p').append("|");
     {
-        std::vector<std::jthread> threads;
+        std::vector<std::thread> threads;
         threads.reserve(kThreads);
         for (int t = 0; t < kThreads; ++t) {
             threads.emplace_back([source = std::to_string(t), &payload] {
@@ -114,6 +147,9 @@ TEST(PQDebug, RecordsFromManyThreadsNeverInterleave) {
                     PQDebug::LogToConsoleAndFileNow(0, 2, source, payload, false, 1);
                 }
             });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
         }
     }
     PQDebug::setLogFile("");

@@ -107,6 +107,20 @@ TEST(PQSecureMemory, WipeCoversTheWholeCapacityNotOnlyTheSize) {
     EXPECT_GE(wipesSeen()[0].size, 64U);
 }
 
+// Each configuration builds the wipe it asked for (one builds the fallback
+// for C libraries without a wipe of their own), and it zeros exactly the
+// bytes it is given.
+TEST(PQSecureMemory, TheConfiguredWipeZerosItsRange) {
+    EXPECT_STREQ(PQ_UTILS::secureWipeMethod(), PQ_WIPE_BUILT);
+    std::vector<char> bytes(100, 'x');
+    PQ_UTILS::secureWipe(bytes.data() + 3, 37);
+    EXPECT_EQ(std::count(bytes.begin(), bytes.end(), '\0'), 37);
+    EXPECT_EQ(bytes[2], 'x');
+    EXPECT_EQ(bytes[3], '\0');
+    EXPECT_EQ(bytes[39], '\0');
+    EXPECT_EQ(bytes[40], 'x');
+}
+
 TEST(PQSecuredString, AssignmentCopiesTheText) {
     const PQSecuredString source(kstring("secret"));
     PQSecuredString assigned(kstring("old"));

@@ -24,7 +24,7 @@ TEST(PQThreads, LogThrowAndParseFromManyThreadsAtOnce) {
     constexpr int kRounds = 200;
     std::vector<int> failures(kThreads);
     {
-        std::vector<std::jthread> threads;
+        std::vector<std::thread> threads;
         threads.reserve(kThreads);
         for (int t = 0; t < kThreads; ++t) {
             threads.emplace_back([t, &failures] {
@@ -45,6 +45,9 @@ TEST(PQThreads, LogThrowAndParseFromManyThreadsAtOnce) {
                     EXPECT_TRUE(PQCreditCardNumberValidator::isCardNumberValid("4111111111111111"));
                 }
             });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
         }
     }
     for (const int count : failures) {

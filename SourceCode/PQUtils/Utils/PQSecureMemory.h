@@ -10,6 +10,11 @@ namespace PQ_UTILS {
 // even when the memory is freed right after.
 void secureWipe(void* data, std::size_t size) noexcept;
 
+// How this build wipes: "explicit_bzero" or "memset_s" (the C library's),
+// or "volatile" (memset through a volatile pointer, where the C library
+// has neither). For tests and audits.
+[[nodiscard]] const char* secureWipeMethod() noexcept;
+
 // Wipes every byte that `text` holds or held: its whole capacity (a short
 // text lives inside the string object itself), then leaves it empty. Use it
 // wherever secret text dies.

@@ -245,6 +245,11 @@ bool PQUtil::arePricesEqual(double const& a, double const& b, bool coarse) {
 }
 
 kstring PQUtil::getEnvironmentVariable(kstring const& name) try {
+    // No variable has such a name, though C libraries differ on what they
+    // look up for one: "A=B" can find A's value, "A\0B" A itself.
+    if (name.empty() || name.find_first_of(kstring("=\0", 2)) != kstring::npos) {
+        return {};
+    }
     const char* const value = std::getenv(name.c_str()); // NOLINT(concurrency-mt-unsafe)
     return value == nullptr ? kstring() : kstring(value);
 }

@@ -40,7 +40,8 @@ class PQUtil : public PQIdentifiable {
     [[nodiscard]] static char charFromHex(kstring hex);
     // |a - b| <= 1.0 (coarse) or 0.0011; false for NaN.
     [[nodiscard]] static bool arePricesEqual(double const& a, double const& b, bool coarse);
-    // The variable's value, or "" when it is not set.
+    // The variable's value, or "" when it is not set. A name that is empty
+    // or holds "=" or a zero byte names no variable: "".
     [[nodiscard]] static kstring getEnvironmentVariable(kstring const& name);
     // The host's name, as the debug library's platform part gives it.
     [[nodiscard]] static kstring getComputerName();
