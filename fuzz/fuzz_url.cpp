@@ -2,10 +2,9 @@
 // and means what the literal restarting loop means; charFromHex reads as a
 // formatted stream does.
 
-#include <sstream>
-
 #include "PQFuzz.h"
 #include "PQUtils/Utils/PQUtil.h"
+#include "support/HexReference.h"
 
 namespace {
 
@@ -30,10 +29,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         pqfuzz::check(decoded == restartingDecode(text), "decoding restarts from the start");
     }
     const std::string hex = text.substr(0, 40);
-    int streamed = 0;
-    std::istringstream in(hex);
-    in >> std::hex >> streamed;
-    pqfuzz::check(PQUtil::charFromHex(hex) == static_cast<char>(streamed),
+    pqfuzz::check(PQUtil::charFromHex(hex) == pqtest::hexAsStreamReads(hex),
                   "charFromHex reads as a stream");
     return 0;
 }
