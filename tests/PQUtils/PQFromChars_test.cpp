@@ -16,9 +16,21 @@
 #include <string>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
+
+#if defined(__SANITIZE_ADDRESS__)
+#define PQ_TEST_LEAK_CHECKS 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define PQ_TEST_LEAK_CHECKS 1
+#endif
+#endif
+#if defined(PQ_TEST_LEAK_CHECKS)
+#include <sanitizer/lsan_interface.h>
+#endif
 
 #include "PQUtils/Utils/PQFromCharsInternal.h"
 #include "PQUtils/Utils/PQString.h"
@@ -224,45 +236,50 @@ TEST(PQFromChars, HardCases) {
     }
 }
 
+namespace {
+
+// A text of the corpus, and the double it must give when that is known.
+struct CorpusText {
+    std::string text;
+    bool exact = false;
+    double expected = 0;
+};
+
 // Seeded inputs of every kind: printed doubles, exact halfway points,
 // random digits with exponents near both ends of the range, and the words,
-// each with a tail that may or may not continue it. Where the standard
-// library reads doubles, both readers must agree on every one; everywhere,
-// printed doubles must come back exactly and halfway points to even.
-TEST(PQFromChars, SameAsTheStandardReaderOnARandomCorpus) {
+// each with a tail that may or may not continue it. Printed doubles must
+// come back exactly, and halfway points go to the even neighbour.
+std::vector<CorpusText> randomCorpus(int count) {
     std::mt19937_64 random(20261125);
     const auto below = [&](std::uint64_t n) { return random() % n; };
     const std::array<const char*, 9> tails = {"", "", "", "x", "e", "e+", ".", "5", "("};
     const std::array<const char*, 6> words = {"inf",      "INFINITY", "nan",
                                               "nan(x_9)", "Infx",     "nAn(1"};
-    constexpr int kCases = 200000;
-    int compared = 0;
-    for (int i = 0; i < kCases; ++i) {
+    std::vector<CorpusText> corpus(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i) {
+        CorpusText& entry = corpus[static_cast<std::size_t>(i)];
         const bool negative = random() % 2 == 0;
-        std::string text = negative ? "-" : "";
-        const double printed = std::bit_cast<double>((random() & ~(std::uint64_t{0x7ff} << 52U)) |
-                                                     (below(2047) << 52U));
-        bool exact = false; // whether `expected` is what the text must give
-        double expected = 0;
+        std::string text(negative ? 1 : 0, '-');
+        const double printed = std::fabs(std::bit_cast<double>(
+            (random() & ~(std::uint64_t{0x7ff} << 52U)) | (below(2047) << 52U)));
         std::array<char, 64> buffer{};
         switch (i % 5) {
         case 0: // printed to enough digits to come back exactly
-            std::snprintf(buffer.data(), buffer.size(), "%.17g", std::fabs(printed));
+            std::snprintf(buffer.data(), buffer.size(), "%.17g", printed);
             text += buffer.data();
-            exact = true;
-            expected = std::fabs(printed);
+            entry.exact = true;
+            entry.expected = printed;
             break;
         case 1: // printed short, to anything from 1 to 25 digits
             std::snprintf(buffer.data(), buffer.size(), "%.*e", static_cast<int>(below(25)),
-                          std::fabs(printed));
+                          printed);
             text += buffer.data();
             break;
         case 2: // exactly halfway to the next double up
-            if (const double value = std::fabs(printed);
-                value != 0 && value < std::numeric_limits<double>::max()) {
-                text += halfwayAbove(value);
-                exact = true;
-                expected = evenOf(value);
+            if (printed != 0 && printed < std::numeric_limits<double>::max()) {
+                text += halfwayAbove(printed);
+                entry.exact = true;
+                entry.expected = evenOf(printed);
             }
             break;
         case 3: { // digits, a point somewhere, an exponent near the ends of the range
@@ -280,27 +297,58 @@ TEST(PQFromChars, SameAsTheStandardReaderOnARandomCorpus) {
             text += words[below(words.size())];
         }
         const std::string tail = tails[below(tails.size())];
-        exact = exact && tail != "5"; // a digit would continue the number
+        entry.exact = entry.exact && tail != "5"; // a digit would continue the number
+        entry.expected = negative ? -entry.expected : entry.expected;
         text += tail;
-        SCOPED_TRACE(text.substr(0, 80));
-        const Read read = portableRead(text);
-        if (exact) {
-            ASSERT_EQ(read.error, std::errc());
-            ASSERT_EQ(read.bits, std::bit_cast<std::uint64_t>(negative ? -expected : expected));
-        }
-        if (kStandardReader) {
-            ASSERT_EQ(read, standardRead(text));
-            ++compared;
+        entry.text = std::move(text);
+    }
+    return corpus;
+}
+
+constexpr int kCorpusSize = 200000;
+
+} // namespace
+
+TEST(PQFromChars, RandomCorpusReadsExactly) {
+    int exact = 0;
+    for (const CorpusText& entry : randomCorpus(kCorpusSize)) {
+        if (entry.exact) {
+            SCOPED_TRACE(entry.text.substr(0, 80));
+            ++exact;
+            ASSERT_EQ(portableRead(entry.text).error, std::errc());
+            ASSERT_EQ(portableRead(entry.text).bits, std::bit_cast<std::uint64_t>(entry.expected));
+            ASSERT_EQ(readWith(fromChars, entry.text).bits,
+                      std::bit_cast<std::uint64_t>(entry.expected));
         }
     }
+    EXPECT_GT(exact, kCorpusSize / 3);
+}
+
+TEST(PQFromChars, SameAsTheStandardReaderOnARandomCorpus) {
     if (!kStandardReader) {
-        GTEST_SKIP() << "this standard library has no from_chars for double: the corpus was "
-                        "checked against exact expectations only";
+        GTEST_SKIP() << "this standard library has no from_chars for double";
     }
-    EXPECT_EQ(compared, kCases);
+    for (const CorpusText& entry : randomCorpus(kCorpusSize)) {
+        SCOPED_TRACE(entry.text.substr(0, 80));
+        ASSERT_EQ(portableRead(entry.text), standardRead(entry.text));
+    }
 }
 
 namespace {
+
+// The C library keeps what it reads of a locale found through LOCPATH for
+// the life of the process: not a leak of ours.
+class LeakChecksOff {
+public:
+#if defined(PQ_TEST_LEAK_CHECKS)
+    LeakChecksOff() { __lsan_disable(); }
+    ~LeakChecksOff() { __lsan_enable(); }
+#else
+    LeakChecksOff() = default;
+#endif
+    LeakChecksOff(const LeakChecksOff&) = delete;
+    LeakChecksOff& operator=(const LeakChecksOff&) = delete;
+};
 
 // A locale whose decimal point is a comma, built for the test when the
 // system has none; null when neither is possible.
@@ -319,6 +367,7 @@ locale_t commaLocale() {
         return {};
     }
     ::setenv("LOCPATH", dir.c_str(), 1); // NOLINT(concurrency-mt-unsafe)
+    [[maybe_unused]] const LeakChecksOff loading;
     locale_t locale = newlocale(LC_NUMERIC_MASK, "de_DE.UTF-8", locale_t{});
     ::unsetenv("LOCPATH"); // NOLINT(concurrency-mt-unsafe)
     std::filesystem::remove_all(dir);
