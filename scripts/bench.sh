@@ -10,8 +10,8 @@ repetitions=${1:-5}
 
 source scripts/ensure-packages.sh
 ensure_packages "${PQ_BUILD_PACKAGES[@]}" "${PQ_BENCH_PACKAGES[@]}" \
-    "/usr/lib/*/cmake/GTest/GTestConfig.cmake=libgtest-dev" \
-    "/usr/lib/*/cmake/benchmark/benchmarkConfig.cmake=libbenchmark-dev" \
+    "$PQ_GTEST_PACKAGE" \
+    "$PQ_BENCHMARK_PACKAGE" \
     "python3=python3"
 
 cmake --preset release >/dev/null

@@ -1,21 +1,28 @@
 #!/usr/bin/env bash
 # Runs every ```console example of a Markdown document and compares its output.
-# Usage: scripts/check-doc-examples.sh DOC PQORDER_BINARY
+# Usage: scripts/check-doc-examples.sh DOC PQORDER_BINARY [EMULATOR...]
+# (the emulator and its arguments run a cross-built binary).
 # A block is one "$ " command line (run by bash, pqorder being the binary) and its exact stdout.
 set -euo pipefail
 
-if [[ $# -ne 2 ]]; then
-    echo "usage: $0 DOC PQORDER_BINARY" >&2
+if [[ $# -lt 2 ]]; then
+    echo "usage: $0 DOC PQORDER_BINARY [EMULATOR...]" >&2
     exit 2
 fi
 doc=$1
 bin=$(realpath -- "$2")
+shift 2
 [[ -f $doc && -x $bin ]] || { echo "$0: cannot read $doc or run $bin" >&2; exit 2; }
 
 tmp=$(mktemp -d)
 trap 'rm -rf -- "$tmp"' EXIT
 mkdir "$tmp/bin"
-ln -s -- "$bin" "$tmp/bin/pqorder"
+if (($# == 0)); then
+    ln -s -- "$bin" "$tmp/bin/pqorder"
+else
+    printf '#!/usr/bin/env bash\nexec %s "$@"\n' "$(printf '%q ' "$@" "$bin")" >"$tmp/bin/pqorder"
+    chmod +x "$tmp/bin/pqorder"
+fi
 
 checked=0
 failed=0

@@ -9,7 +9,7 @@ cd "$(dirname "$0")/.."
 
 source scripts/ensure-packages.sh
 ensure_packages "${PQ_BUILD_PACKAGES[@]}" "gcovr=gcovr" \
-    "/usr/lib/*/cmake/GTest/GTestConfig.cmake=libgtest-dev"
+    "$PQ_GTEST_PACKAGE"
 
 cmake --preset coverage >/dev/null
 cmake --build --preset coverage >/dev/null

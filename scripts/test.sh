@@ -1,28 +1,33 @@
 #!/usr/bin/env bash
 # The whole test suite, from a fresh Debian machine: installs what is missing
 # (with apt-get, when run as root), then configures, builds and runs every
-# test three times: with GCC (AddressSanitizer + UndefinedBehaviorSanitizer,
+# test five times: with GCC (AddressSanitizer + UndefinedBehaviorSanitizer,
 # warnings as errors, clang-format and clang-tidy checks), with Clang (the
-# same sanitizers), and optimised (where GCC finds more to warn about). Then
-# the threads suite under ThreadSanitizer, and every fuzz target for a few
-# seconds (scripts/fuzz.sh runs them longer).
+# same sanitizers, and the portable secure wipe), with Clang and libc++ (the
+# same sanitizers), optimised (where GCC finds more to warn about), and
+# optimised for aarch64, run under qemu-aarch64. Then the threads suite
+# under ThreadSanitizer, and every fuzz target for a few seconds
+# (scripts/fuzz.sh runs them longer).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 source scripts/ensure-packages.sh
-# Besides the build: Clang and its sanitizer and fuzzer runtimes, the lint
-# tools, GoogleTest, Google Benchmark and the peers it measures ours
-# against, and pkg-config for the package test.
+# Besides the build: Clang and its sanitizer and fuzzer runtimes, libc++,
+# the aarch64 cross compiler and emulator, the lint tools, GoogleTest,
+# Google Benchmark and the peers it measures ours against, pkg-config for
+# the package test, and the locale sources that a test builds a decimal
+# comma locale from.
 ensure_packages "${PQ_BUILD_PACKAGES[@]}" "${PQ_BENCH_PACKAGES[@]}" \
-    "clang++=clang" \
+    "${PQ_LIBCXX_PACKAGES[@]}" "${PQ_ARM64_PACKAGES[@]}" \
+    "/usr/share/i18n/locales/de_DE=locales" \
     "clang-format=clang-format" \
     "clang-tidy=clang-tidy" \
-    "/usr/lib/*/cmake/GTest/GTestConfig.cmake=libgtest-dev" \
-    "/usr/lib/*/cmake/benchmark/benchmarkConfig.cmake=libbenchmark-dev" \
+    "$PQ_GTEST_PACKAGE" \
+    "$PQ_BENCHMARK_PACKAGE" \
     "pkg-config=pkgconf" \
     "/usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.asan-x86_64.a=libclang-rt-dev"
 
-for preset in dev dev-clang release; do
+for preset in dev dev-clang libcxx release arm64; do
     echo "=== $preset ==="
     cmake --preset "$preset"
     cmake --build --preset "$preset"
