@@ -58,7 +58,7 @@ std::ostream& operator<<(std::ostream& out, const Read& read) {
 }
 
 template <class Reader> Read readWith(Reader reader, const std::string& text) {
-    double value = std::bit_cast<double>(kUntouched);
+    auto value = std::bit_cast<double>(kUntouched);
     const auto [end, error] = reader(text.data(), text.data() + text.size(), value);
     return {end - text.data(), error, std::bit_cast<std::uint64_t>(value)};
 }
@@ -123,7 +123,7 @@ struct Binary {
 };
 
 Binary binaryOf(double value) {
-    const std::uint64_t bits = std::bit_cast<std::uint64_t>(value);
+    const auto bits = std::bit_cast<std::uint64_t>(value);
     const auto biased = static_cast<int>(bits >> 52U);
     const std::uint64_t fraction = bits & ((std::uint64_t{1} << 52U) - 1);
     return biased == 0 ? Binary{fraction, -1074}

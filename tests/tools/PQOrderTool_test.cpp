@@ -75,6 +75,7 @@ Result pqorder(const std::vector<std::string>& args, const std::string& input = 
             putenv(const_cast<char*>(variable.c_str())); // the child execs at once
         }
         std::vector<char*> argv;
+        argv.reserve(command.size() + 1);
         for (std::string& word : command) {
             argv.push_back(word.data());
         }
