@@ -2,9 +2,12 @@
 // RapidJSON's Document and Writer, and nlohmann/json. Each copies the keys
 // and strings into its own tree, as ours does.
 
-// RapidJSON scans strings with SSE2 only when told; every x86-64 has it.
+// RapidJSON scans strings with SSE2 or NEON only when told; every x86-64
+// and every arm64 has one of them.
 #if defined(__SSE2__)
 #define RAPIDJSON_SSE2
+#elif defined(__aarch64__) && defined(__ARM_NEON)
+#define RAPIDJSON_NEON
 #endif
 #define RAPIDJSON_HAS_STDSTRING 1
 
