@@ -1,8 +1,10 @@
 #include <algorithm>
 #include <array>
+#include <cfloat>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <optional>
 #include <system_error>
 
 #include "PQUtils/Utils/PQFromCharsInternal.h"
@@ -64,6 +66,37 @@ constexpr std::int64_t kUnderflowOrder = -325;
 // zero or not, which one more digit keeps.
 constexpr std::size_t kKeptDigits = 800;
 
+// Powers of ten that a double holds exactly.
+constexpr std::array<double, 23> kExactPowers = [] {
+    std::array<double, 23> powers{};
+    double power = 1;
+    for (double& entry : powers) {
+        entry = power;
+        power *= 10;
+    }
+    return powers;
+}();
+
+// The magnitude of `digits` * 10^exponent when both are exact doubles (15
+// digits at most, a power up to 22): one multiplication or division, which
+// rounds correctly. Most numbers that pages send (prices, counts) are such.
+// Needs doubles computed in double precision, as on x86-64 and arm64.
+std::optional<double> exactProduct(std::string_view digits, std::int64_t exponent) {
+    static_assert(FLT_EVAL_METHOD == 0, "double arithmetic must round to double");
+    constexpr std::size_t kExactDigits = 15;
+    constexpr std::int64_t kExactPower = 22;
+    if (digits.size() > kExactDigits || exponent < -kExactPower || exponent > kExactPower) {
+        return std::nullopt;
+    }
+    std::uint64_t value = 0;
+    for (const char digit : digits) {
+        value = value * 10 + static_cast<std::uint64_t>(digit - '0');
+    }
+    const double power =
+        kExactPowers[static_cast<std::size_t>(exponent < 0 ? -exponent : exponent)];
+    return exponent < 0 ? static_cast<double>(value) / power : static_cast<double>(value) * power;
+}
+
 // The magnitude of a decimal number with significant digits, correctly
 // rounded. It is handed to strtod as its significant digits, as an integer,
 // and a power of ten: a form with no decimal point, which every locale
@@ -90,6 +123,9 @@ double roundedMagnitude(std::string_view text, const DecimalNumber& number) {
     }
     // digits * 10^(order + 1 - count of digits)
     const std::int64_t exponent = number.order + 1 - static_cast<std::int64_t>(written);
+    if (const auto exact = exactProduct({buffer.data(), written}, exponent)) {
+        return *exact;
+    }
     const auto end =
         std::to_chars(buffer.data() + written + 1, buffer.data() + buffer.size() - 1, exponent);
     buffer[written] = 'e';
