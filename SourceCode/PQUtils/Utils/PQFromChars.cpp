@@ -80,12 +80,14 @@ constexpr std::array<double, 23> kExactPowers = [] {
 // The magnitude of `digits` * 10^exponent when both are exact doubles (15
 // digits at most, a power up to 22): one multiplication or division, which
 // rounds correctly. Most numbers that pages send (prices, counts) are such.
-// Needs doubles computed in double precision, as on x86-64 and arm64.
+// Only where doubles are computed in double precision (x86-64, arm64; not
+// the x87 unit), which FLT_EVAL_METHOD 0 says.
 std::optional<double> exactProduct(std::string_view digits, std::int64_t exponent) {
-    static_assert(FLT_EVAL_METHOD == 0, "double arithmetic must round to double");
+    constexpr bool kRoundsToDouble = FLT_EVAL_METHOD == 0;
     constexpr std::size_t kExactDigits = 15;
     constexpr std::int64_t kExactPower = 22;
-    if (digits.size() > kExactDigits || exponent < -kExactPower || exponent > kExactPower) {
+    if (!kRoundsToDouble || digits.size() > kExactDigits || exponent < -kExactPower ||
+        exponent > kExactPower) {
         return std::nullopt;
     }
     std::uint64_t value = 0;

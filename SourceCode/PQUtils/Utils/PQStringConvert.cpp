@@ -79,8 +79,9 @@ template <class View> View trimView(const View& text) {
 }
 
 // `text` read as from_chars reads it, after an optional '+' (which
-// from_chars does not take), with the range resolved: beyond double it gives +-infinity, below
-// it +-0. Returns the value and the bytes read (0 when nothing was read).
+// from_chars does not take), with the range resolved: beyond double it
+// gives +-infinity, below it +-0. Returns the value and the bytes read (0
+// when nothing was read).
 struct DoubleRead {
     double value = 0;
     std::size_t length = 0;
