@@ -12,9 +12,9 @@
 #include "PQDebug/Resources/PQConst.h"
 #include "PQUtils/Orders/PQOrder_p.h"
 #include "PQUtils/Utils/PQFailure.h"
+#include "PQUtils/Utils/PQOrderEscapeInternal.h"
 #include "PQUtils/Utils/PQSecureMemory.h"
 #include "PQUtils/Utils/PQString.h"
-#include "PQUtils/Utils/PQStringInternal.h"
 
 namespace PQ_UTILS {
 namespace {

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "PQUtils/Utils/PQByteViewInternal.h"
 #include "PQUtils/Utils/PQFailure.h"
 #include "PQUtils/Utils/PQSecuredString.h"
 #include "PQUtils/Utils/PQSecuredStringRef.h"
-#include "PQUtils/Utils/PQStringInternal.h"
 #include "PQUtils/Utils/PQStringRef.h"
 
 namespace PQ_UTILS {

@@ -2,11 +2,11 @@
 
 #include <cstddef>
 
+#include "PQUtils/Utils/PQByteViewInternal.h"
 #include "PQUtils/Utils/PQFailure.h"
 #include "PQUtils/Utils/PQSecureMemory.h"
 #include "PQUtils/Utils/PQSecuredString.h"
 #include "PQUtils/Utils/PQString.h"
-#include "PQUtils/Utils/PQStringInternal.h"
 
 namespace PQ_UTILS {
 namespace {

@@ -6,11 +6,12 @@
 #include <system_error>
 
 #include "PQDebug/PQDebugString.h"
+#include "PQUtils/Utils/PQByteSearchInternal.h"
+#include "PQUtils/Utils/PQByteViewInternal.h"
 #include "PQUtils/Utils/PQFailure.h"
 #include "PQUtils/Utils/PQFromCharsInternal.h"
 #include "PQUtils/Utils/PQSecuredStringRef.h"
 #include "PQUtils/Utils/PQString.h"
-#include "PQUtils/Utils/PQStringInternal.h"
 #include "PQUtils/Utils/PQStringRef.h"
 
 namespace PQ_UTILS {

@@ -2,10 +2,11 @@
 #include <string_view>
 
 #include "PQDebug/PQDebugString.h"
+#include "PQUtils/Utils/PQByteSearchInternal.h"
+#include "PQUtils/Utils/PQByteViewInternal.h"
 #include "PQUtils/Utils/PQFailure.h"
 #include "PQUtils/Utils/PQSecuredStringRef.h"
 #include "PQUtils/Utils/PQString.h"
-#include "PQUtils/Utils/PQStringInternal.h"
 
 namespace PQ_UTILS {
 namespace {

@@ -3,9 +3,10 @@
 #include <cstring>
 #include <string_view>
 
+#include "PQUtils/Utils/PQByteSearchInternal.h"
+#include "PQUtils/Utils/PQByteViewInternal.h"
 #include "PQUtils/Utils/PQFailure.h"
 #include "PQUtils/Utils/PQSecuredString.h"
-#include "PQUtils/Utils/PQStringInternal.h"
 
 namespace PQ_UTILS {
 namespace {

@@ -107,10 +107,11 @@ protected:
 
 private:
     // The two passes of render(): the first adds up the bytes of the text,
-    // the second writes them into room made once.
+    // the second writes them into room made once; a Walk feeds each the
+    // text of the tree.
     class Sizer;
     class Writer;
-    template <class Sink> void walk(Shape shape, Sink& sink, bool escape) const;
+    template <class Sink> class Walk;
 };
 
 } // namespace PQ_UTILS

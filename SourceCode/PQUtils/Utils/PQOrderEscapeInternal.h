@@ -1,0 +1,57 @@
+#pragma once
+
+// The order-text escapes: the tokens that stand for the bytes order text
+// reserves, and the one-walk escaping and unescaping of a value that the
+// order writer, the order reader, the JSON order and PQString share. Not
+// installed.
+
+#include <array>
+#include <cstddef>
+#include <string_view>
+
+#include "PQUtils/Utils/PQUtilsTypes.h"
+
+namespace PQ_UTILS::internal {
+
+// A character text of order text and the token that stands for it inside a
+// value.
+struct EscapeToken {
+    std::string_view character;
+    std::string_view token;
+};
+
+inline constexpr EscapeToken kDoubleSlash{"//", "--dbsl--"};
+inline constexpr EscapeToken kEquals{"=", "--equ--"};
+inline constexpr EscapeToken kAmpersand{"&", "--amp--"};
+inline constexpr EscapeToken kDoublePoint{":", "--dblpt--"};
+inline constexpr EscapeToken kArobase{"@", "--arob--"};
+// Only for JSON text sent in an order.
+inline constexpr EscapeToken kLineFeed{"\n", "--endl--"};
+
+// The order writer's escapes, applied in this order (the reader undoes them
+// in the same order).
+inline constexpr std::array<EscapeToken, 3> kOrderEscapes{kEquals, kAmpersand, kDoubleSlash};
+
+// The order writer's escaping of a value ("=" -> "--equ--", "&" -> "--amp--",
+// "//" -> "--dbsl--"; bytes after a zero byte copied as they are), appended
+// to `out`: the same output as PQString::restorePQEntities. With
+// `lineFeeds`, a line feed also becomes "--endl--" (as replace_pq would make
+// it after the three others), for JSON text sent in an order.
+// orderEscapedBound is a bound on the bytes appended: each special byte
+// counted as growing by 7, the most any does ("=" and "&" grow by 6), so it
+// is close for ordinary text. Counting is several times faster than
+// escaping, and sizing the buffer this way spares a second walk.
+// appendOrderEscaped needs the bound, and
+// enlarges `out` by at most this much: a caller that reserves the sum of
+// the bounds never has its text moved, and so never leaves a copy unwiped.
+[[nodiscard]] std::size_t orderEscapedBound(std::string_view value,
+                                            bool lineFeeds = false) noexcept;
+void appendOrderEscaped(kstring& out, std::string_view value, std::size_t bound,
+                        bool lineFeeds = false);
+// The reader's unescaping of a value, appended to `out` in one pass: the
+// same output as PQString::removePQEntities, that is "--equ--" restored
+// first, then "--amp--", then "--dbsl--", each pass over the text the one
+// before left, up to the first zero byte.
+void appendOrderUnescaped(kstring& out, std::string_view value);
+
+} // namespace PQ_UTILS::internal
