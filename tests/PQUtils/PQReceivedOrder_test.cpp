@@ -80,37 +80,51 @@ TEST(PQReceivedOrder, SharedVectorsRenderAndReadBack) {
 }
 
 TEST(PQReceivedOrder, ParsesElementsAndReportsTheMalformed) {
+    // The drops are the reported elements, each with its index among the
+    // "&"-separated elements, empty ones counted.
+    using Drops = std::vector<std::pair<std::size_t, std::string>>;
     struct Case {
         std::string text;
         bool removeEntities;
         Pieces pieces;
-        std::size_t reports;
+        Drops dropped;
     };
     const std::vector<Case> cases{
-        {"action=open&id=12&//", false, {{"action", "open"}, {"id", "12"}}, 0},
-        {"action=open&id=12&", false, {{"action", "open"}, {"id", "12"}}, 0},
-        {"action=open&id=12", false, {{"action", "open"}, {"id", "12"}}, 0},
-        {"a=1&&b=2", true, {{"a", "1"}, {"b", "2"}}, 0},
-        {"a=1&junk&b=2&//", true, {{"a", "1"}, {"b", "2"}}, 1},
-        {"a=1=2&//", true, {}, 1},
-        {"a=&=x&//", true, {{"a", ""}, {"", "x"}}, 0},
-        {"//", true, {}, 0},
-        {"", true, {}, 0},
-        {"a=1&////", true, {{"a", "1"}}, 0}, // one end mark removed, then "//" skipped
-        {"v=x--amp--y&//", true, {{"v", "x&y"}}, 0},
-        {"v=x--amp--y&//", false, {{"v", "x--amp--y"}}, 0},
-        {"v=--amp--equ--&//", true, {{"v", "--amp="}}, 0}, // the tokens go in sequence
-        {" k = v &//", true, {{" k ", " v "}}, 0},
+        {"action=open&id=12&//", false, {{"action", "open"}, {"id", "12"}}, {}},
+        {"action=open&id=12&", false, {{"action", "open"}, {"id", "12"}}, {}},
+        {"action=open&id=12", false, {{"action", "open"}, {"id", "12"}}, {}},
+        {"a=1&&b=2", true, {{"a", "1"}, {"b", "2"}}, {}},
+        {"a=1&junk&b=2&//", true, {{"a", "1"}, {"b", "2"}}, {{1, "junk"}}},
+        {"a=1=2&//", true, {}, {{0, "a=1=2"}}},
+        {"&&x&y=1&=&//&z==", true, {{"y", "1"}, {"", ""}}, {{2, "x"}, {6, "z=="}}},
+        {"a=&=x&//", true, {{"a", ""}, {"", "x"}}, {}},
+        {"//", true, {}, {}},
+        {"", true, {}, {}},
+        {"a=1&////", true, {{"a", "1"}}, {}}, // one end mark removed, then "//" skipped
+        {"v=x--amp--y&//", true, {{"v", "x&y"}}, {}},
+        {"v=x--amp--y&//", false, {{"v", "x--amp--y"}}, {}},
+        {"v=--amp--equ--&//", true, {{"v", "--amp="}}, {}}, // the tokens go in sequence
+        {" k = v &//", true, {{" k ", " v "}}, {}},
         {std::string("k=a\0b&z\0=1", 10),
          true,
          {{"k", std::string("a\0b", 3)}, {std::string("z\0", 2), "1"}},
-         0},
+         {}},
     };
     for (const Case& each : cases) {
         SCOPED_TRACE(each.text);
         const pqtest::LogCapture capture;
         EXPECT_EQ(parse(each.text, each.removeEntities), each.pieces);
-        EXPECT_EQ(capture.count(), each.reports);
+        EXPECT_EQ(capture.count(), each.dropped.size());
+        std::vector<PQ_UTILS::PQDroppedElement> dropped;
+        const auto pieces = PQReceivedOrder::getOrderPiecesFromOrder(
+            PQSourceOrderWrapper(each.text), each.removeEntities, dropped);
+        EXPECT_EQ(pieces->size(), each.pieces.size());
+        Drops drops;
+        for (const PQ_UTILS::PQDroppedElement& drop : dropped) {
+            EXPECT_EQ(drop.reason, "not key=value");
+            drops.emplace_back(drop.index, drop.element);
+        }
+        EXPECT_EQ(drops, each.dropped);
     }
 }
 

@@ -6,9 +6,11 @@
 #include <string_view>
 #include <utility>
 
+#include "PQUtils/Utils/PQByteSearchInternal.h"
+#include "PQUtils/Utils/PQByteSetInternal.h"
 #include "PQUtils/Utils/PQFailure.h"
+#include "PQUtils/Utils/PQOrderEscapeInternal.h"
 #include "PQUtils/Utils/PQSecureMemory.h"
-#include "PQUtils/Utils/PQStringInternal.h"
 
 namespace PQ_UTILS {
 namespace {
@@ -56,6 +58,25 @@ std::string_view withoutEndMark(std::string_view text) {
 // Every escape token starts with this, so a value without it has nothing
 // to unescape.
 constexpr std::string_view kTokenStart = "--";
+
+// Why an element without exactly one "=" is dropped, for callers that
+// show the drops.
+constexpr std::string_view kNotKeyValue = "not key=value";
+
+// Appends the piece of a well-formed element, its "=" at `equals`. The value
+// is made once, where it is kept: no partial copy of it is left behind.
+void appendPiece(PQReceivedOrder::PieceList& pieces, std::string_view element, std::size_t equals,
+                 bool removeEntities) {
+    const std::string_view raw = element.substr(equals + 1);
+    kstring value;
+    if (removeEntities && findBytes(raw, kTokenStart) != std::string_view::npos) {
+        value.reserve(raw.size()); // restoring only shortens
+        internal::appendOrderUnescaped(value, raw);
+    } else {
+        value.assign(raw);
+    }
+    pieces.emplace_back(kstring(element.substr(0, equals)), std::move(value));
+}
 
 // The condition texts of the age checks with an output argument.
 constexpr std::string_view kAgeNotNegative = "msecs >= 0";
@@ -106,21 +127,38 @@ const kstring& PQReceivedOrder::get_id() const { return m_id; }
 void PQReceivedOrder::setCounter(PQITimeCounter* counter) { m_counter = counter; }
 
 std::unique_ptr<PQReceivedOrder::PieceList>
-PQReceivedOrder::getOrderPiecesFromOrder(const PQSourceOrderWrapper& source,
-                                         bool removeEntities) try {
+PQReceivedOrder::getOrderPiecesFromOrder(const PQSourceOrderWrapper& source, bool removeEntities) {
+    return getOrderPiecesFromOrder(source, removeEntities, nullptr);
+}
+
+std::unique_ptr<PQReceivedOrder::PieceList>
+PQReceivedOrder::getOrderPiecesFromOrder(const PQSourceOrderWrapper& source, bool removeEntities,
+                                         std::vector<PQDroppedElement>& dropped) {
+    return getOrderPiecesFromOrder(source, removeEntities, &dropped);
+}
+
+std::unique_ptr<PQReceivedOrder::PieceList>
+PQReceivedOrder::getOrderPiecesFromOrder(const PQSourceOrderWrapper& source, bool removeEntities,
+                                         std::vector<PQDroppedElement>* dropped) try {
     auto pieces = std::make_unique<PieceList>();
     try {
         const std::string_view text = withoutEndMark(*source.getStringSource());
         pieces->reserve(internal::ByteSet("&").count(text) + 1);
         PQElementReport report(source);
         // One element per "&"-separated part of the text, empty ones skipped.
-        for (std::size_t start = 0; start <= text.size();) {
+        std::size_t index = 0;
+        for (std::size_t start = 0; start <= text.size(); ++index) {
             const std::size_t end = std::min(findBytes(text, "&", start), text.size());
             const std::string_view element = text.substr(start, end - start);
             start = end + 1;
             if (element.empty() || element == "//") {
                 continue;
             }
+            const auto drop = [&](std::string_view reason) {
+                if (dropped != nullptr) {
+                    dropped->push_back({index, kstring(element), kstring(reason)});
+                }
+            };
             try {
                 const std::size_t equals = findBytes(element, "=");
                 if (equals == std::string_view::npos ||
@@ -130,19 +168,15 @@ PQReceivedOrder::getOrderPiecesFromOrder(const PQSourceOrderWrapper& source,
                         "key_value->size() == 2",
                         frame::precisions(kstring("blibli2 - ").append(element)), PQ_FRAME_SITE());
                     frame::treatFinal(failure, true, report.text(), PQ_FRAME_SITE());
+                    drop(kNotKeyValue);
                     continue;
                 }
-                // The value is made once, where it is kept: no partial copy
-                // of it is left behind.
-                const std::string_view raw = element.substr(equals + 1);
-                kstring value;
-                if (removeEntities && findBytes(raw, kTokenStart) != std::string_view::npos) {
-                    value.reserve(raw.size()); // restoring only shortens
-                    internal::appendOrderUnescaped(value, raw);
-                } else {
-                    value.assign(raw);
+                try {
+                    appendPiece(*pieces, element, equals, removeEntities);
+                } catch (const std::exception& failure) {
+                    drop(failure.what()); // and treated below, as every failure here
+                    throw;
                 }
-                pieces->emplace_back(kstring(element.substr(0, equals)), std::move(value));
             }
             PQ_CATCH_AND_TREAT_FINAL(true, report.text())
         }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -13,6 +14,16 @@
 #include "PQUtils/Utils/PQUtilsTypes.h"
 
 namespace PQ_UTILS {
+
+// An element of order text that parsing dropped: where it stands among the
+// "&"-separated elements of the text (the first is 0, empty ones counted),
+// its text as received, and why: "not key=value" for an element without
+// exactly one "=", else the message of the failure that stopped it.
+struct PQDroppedElement {
+    std::size_t index = 0;
+    kstring element;
+    kstring reason;
+};
 
 // An order received as text from the other side (the application, a
 // plug-in, a page script), read back into key/value pieces. Concrete
@@ -57,6 +68,13 @@ class PQReceivedOrder : public PQIdentifiable {
     // skipped; the rest is read.
     [[nodiscard]] static std::unique_ptr<PieceList>
     getOrderPiecesFromOrder(const PQSourceOrderWrapper& source, bool removeEntities);
+    // The same, and each element dropped is also appended to `dropped`, for
+    // callers that show the drops themselves (the log reports them as
+    // before).
+    //   "a=1&junk&b=2&//" -> (a, 1), (b, 2); dropped: {1, "junk", "not key=value"}
+    [[nodiscard]] static std::unique_ptr<PieceList>
+    getOrderPiecesFromOrder(const PQSourceOrderWrapper& source, bool removeEntities,
+                            std::vector<PQDroppedElement>& dropped);
     // The text from the "=" after the first occurrence of `key` anywhere in
     // `order` up to the next "//"; empty when `key` does not occur.
     //   getOrderPieceValueFromOrder("action=open&id=12&//", "id") -> "12&"
@@ -92,6 +110,11 @@ class PQReceivedOrder : public PQIdentifiable {
 
 private:
     struct AgeCheckTexts;
+    // Both forms above; `dropped` may be null. Named as they are, since its
+    // reports name the function.
+    [[nodiscard]] static std::unique_ptr<PieceList>
+    getOrderPiecesFromOrder(const PQSourceOrderWrapper& source, bool removeEntities,
+                            std::vector<PQDroppedElement>* dropped);
     void checkAge(unsigned int msecsMax, long long& msecs, const AgeCheckTexts& texts,
                   const kstring* from, const char* function) const;
 
