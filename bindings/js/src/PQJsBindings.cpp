@@ -31,7 +31,7 @@ using namespace PQ_UTILS;
 using Cards = PQCreditCardNumberValidator;
 
 // A call's answer, or the message of its failure (texts only).
-std::string gReply;                 // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
+std::string gReply;                  // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
 std::vector<std::uint32_t> gNumbers; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
 
 // Room for `extra` more bytes in the reply; when it must grow, it moves to a
@@ -90,10 +90,8 @@ public:
 
     std::string_view text() { return take(number()); }
 
-    // A copy of the next text, wiped when it dies.
-    std::unique_ptr<PQWipedString> secret() {
-        return std::make_unique<PQWipedString>(kstring(text()));
-    }
+    // The next text, copied into `into` (which wipes it when it dies).
+    void secret(PQWipedString& into) { into.get().assign(text()); }
 
     [[nodiscard]] bool atEnd() const { return m_next == m_size; }
 
@@ -233,8 +231,7 @@ std::unique_ptr<PQJsonOrder> jsonOrderOf(Request& request, PQReceivedOrderType a
                 throw std::invalid_argument(
                     "numbers, booleans and null can only be members of an object");
             }
-            open.back().node->addValue_nostring(open.back().node->isJSonArray() ? "" : key,
-                                                text);
+            open.back().node->addValue_nostring(open.back().node->isJSonArray() ? "" : key, text);
             break;
         }
         default:
@@ -421,10 +418,12 @@ int pq_render_order(const std::uint8_t* data, std::size_t size) {
     return answer([&] {
         Request request(data, size);
         PQOrder order(actionOf(request), PQOrderType_ORDER_NORMAL);
+        PQWipedString key;
+        PQWipedString value;
         for (std::uint32_t count = request.number(); count > 0; --count) {
-            const auto key = request.secret();
-            const auto value = request.secret();
-            order.add_orderPiece_noCheck(key->get(), value->get());
+            request.secret(key);
+            request.secret(value);
+            order.add_orderPiece_noCheck(key.get(), value.get());
         }
         putSecured(order.get_orderString());
     });
@@ -524,17 +523,18 @@ int pq_check_password(const std::uint8_t* data, std::size_t size) {
         if (forbids) {
             policy.forbid = kstring(forbidden);
         }
-        const auto password = request.secret();
+        PQWipedString password;
+        request.secret(password);
         const PolicyForOneCheck scope(policy);
         unsigned int error = 0;
-        putNumber(PQPasswordValidator::isValidPassword(password->get(), error) ? 1 : 0);
+        putNumber(PQPasswordValidator::isValidPassword(password.get(), error) ? 1 : 0);
         const std::vector<std::string> broken = pqorder::breachesOf(error);
         putNumber(static_cast<std::uint32_t>(broken.size()));
         for (const std::string& words : broken) {
             putText(words);
         }
         unsigned int details = 0;
-        PQPasswordValidator::getPasswordDetails(password->get(), details);
+        PQPasswordValidator::getPasswordDetails(password.get(), details);
         const std::vector<const char*> held = pqorder::classesOf(details);
         putNumber(static_cast<std::uint32_t>(held.size()));
         for (const char* name : held) {
