@@ -190,7 +190,7 @@ std::unique_ptr<PQJsonOrder> jsonOrderOf(Request& request, PQReceivedOrderType a
     std::vector<OpenNode> open;
     std::unique_ptr<PQJsonOrder> root;
     kstring key;
-    auto finish = [&](std::unique_ptr<PQJsonOrder> node, kstring nodeKey) {
+    auto finish = [&](std::unique_ptr<PQJsonOrder> node, const kstring& nodeKey) {
         if (open.empty()) {
             node->set_action(action);
             root = std::move(node);
@@ -219,7 +219,7 @@ std::unique_ptr<PQJsonOrder> jsonOrderOf(Request& request, PQReceivedOrderType a
             }
             OpenNode done = std::move(open.back());
             open.pop_back();
-            finish(std::move(done.node), std::move(done.key));
+            finish(std::move(done.node), done.key);
             break;
         }
         case kString:
