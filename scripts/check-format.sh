@@ -3,7 +3,7 @@
 # formatted as .clang-format says. Run with --fix to format them instead.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-mapfile -t files < <(find SourceCode tests examples tools bench fuzz \
+mapfile -t files < <(find SourceCode tests examples tools bench fuzz bindings \
     \( -name '*.cpp' -o -name '*.h' \) -type f 2>/dev/null | sort)
 if [[ "${1:-}" == "--fix" ]]; then
     clang-format -i "${files[@]}"

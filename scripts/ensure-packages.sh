@@ -93,3 +93,16 @@ PQ_ARM64_PACKAGES=(
     "qemu-aarch64=qemu-user"
     "/usr/lib/aarch64-linux-gnu/cmake/GTest/GTestConfig.cmake=libgtest-dev:arm64"
 )
+
+# The wasm preset and the JavaScript package's tests: Emscripten (its Debian
+# build runs on the system's Clang and reads acorn from NODE_PATH), Node.js
+# with npm for the package, and Chromium for the strict CSP page. Node.js is
+# any version from 18 on, Debian's or another one already installed.
+# shellcheck disable=SC2034 # used by the scripts that source this file
+PQ_WASM_PACKAGES=(
+    "emcc=emscripten"
+    "/usr/share/nodejs/acorn/package.json=node-acorn"
+    "node=nodejs"
+    "npm=npm"
+    "chromium=chromium"
+)

@@ -6,8 +6,9 @@
 # same sanitizers, and the portable secure wipe), with Clang and libc++ (the
 # same sanitizers), optimised (where GCC finds more to warn about), and
 # optimised for aarch64, run under qemu-aarch64. Then the threads suite
-# under ThreadSanitizer, and every fuzz target for a few seconds
-# (scripts/fuzz.sh runs them longer).
+# under ThreadSanitizer, every fuzz target for a few seconds
+# (scripts/fuzz.sh runs them longer), and the JavaScript package: its
+# WebAssembly build and its tests, against the native pqorder.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -25,7 +26,8 @@ ensure_packages "${PQ_BUILD_PACKAGES[@]}" "${PQ_BENCH_PACKAGES[@]}" \
     "$PQ_GTEST_PACKAGE" \
     "$PQ_BENCHMARK_PACKAGE" \
     "pkg-config=pkgconf" \
-    "/usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.asan-x86_64.a=libclang-rt-dev"
+    "/usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.asan-x86_64.a=libclang-rt-dev" \
+    "${PQ_WASM_PACKAGES[@]}"
 
 for preset in dev dev-clang libcxx release arm64; do
     echo "=== $preset ==="
@@ -41,3 +43,10 @@ ctest --preset tsan
 
 echo "=== fuzz ==="
 ./scripts/fuzz.sh
+
+echo "=== wasm ==="
+cmake --preset tool
+cmake --build --preset tool
+cmake --preset wasm
+cmake --build --preset wasm
+(cd bindings/js && node --test test/*.test.mjs)

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <climits>
 #include <cmath>
+#include <cstdio>
 #include <system_error>
 
 namespace PQ_DEBUG {
@@ -42,12 +43,20 @@ kstring PQDebugString::fromDoubleToWstring(double value, int precision) {
     // 309 integer digits at most for a finite double, a sign, a point and
     // the fractional digits.
     std::array<char, 320 + kMaxPrecision> buffer{};
+#if defined(_LIBCPP_VERSION) && _LIBCPP_VERSION < 14000
+    // libc++ before 14 (Emscripten 3.1's) writes no floating-point numbers;
+    // its C library (musl) writes the same exact digits, with a point
+    // whatever the locale.
+    const int written = std::snprintf(buffer.data(), buffer.size(), "%.*f", precision, value);
+    return {buffer.data(), static_cast<std::size_t>(written)};
+#else
     const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
                                       std::chars_format::fixed, precision);
     if (result.ec != std::errc()) {
         return "nan";
     }
     return {buffer.data(), result.ptr};
+#endif
 }
 
 int PQDebugString::fromWstringToInt(const kstring& text) {

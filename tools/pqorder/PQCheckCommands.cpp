@@ -1,10 +1,10 @@
 // password, card, base64 and urldecode: the library's checks and filters.
 
-#include <array>
 #include <iterator>
 #include <ostream>
 
 #include "PQOrderTool.h"
+#include "PQPasswordRules.h"
 #include "PQUtils/PQUtils.h"
 
 namespace pqorder {
@@ -13,73 +13,6 @@ namespace {
 using namespace PQ_UTILS;
 using Validator = PQPasswordValidator;
 using Cards = PQCreditCardNumberValidator;
-
-// A limit of the policy: the tool's option, the library's member, and the
-// bit and words of its breach.
-struct Limit {
-    std::optional<int> PasswordPolicy::*option;
-    int* member;
-    unsigned int bit;
-    bool isMaximum;
-    const char* one; // what is counted, one and many
-    const char* many;
-};
-
-const std::array<Limit, 12> kLimits{{
-    {&PasswordPolicy::minLength, &Validator::m_minChar, Validator::kTooShort, false, "character",
-     "characters"},
-    {&PasswordPolicy::maxLength, &Validator::m_maxChar, Validator::kTooLong, true, "character",
-     "characters"},
-    {&PasswordPolicy::minDigits, &Validator::m_minNumber, Validator::kTooFewDigits, false, "digit",
-     "digits"},
-    {&PasswordPolicy::maxDigits, &Validator::m_maxNumber, Validator::kTooManyDigits, true, "digit",
-     "digits"},
-    {&PasswordPolicy::minLetters, &Validator::m_minAlphaChar, Validator::kTooFewLetters, false,
-     "letter", "letters"},
-    {&PasswordPolicy::maxLetters, &Validator::m_maxAlphaChar, Validator::kTooManyLetters, true,
-     "letter", "letters"},
-    {&PasswordPolicy::minSpecial, &Validator::m_minSpecialChar, Validator::kTooFewSpecials, false,
-     "special character", "special characters"},
-    {&PasswordPolicy::maxSpecial, &Validator::m_maxSpecialChar, Validator::kTooManySpecials, true,
-     "special character", "special characters"},
-    {&PasswordPolicy::minLower, &Validator::m_minLowerCaseAlphaChar, Validator::kTooFewLowerCase,
-     false, "lower-case letter", "lower-case letters"},
-    {&PasswordPolicy::maxLower, &Validator::m_maxLowerCaseAlphaChar, Validator::kTooManyLowerCase,
-     true, "lower-case letter", "lower-case letters"},
-    {&PasswordPolicy::minUpper, &Validator::m_minUpperCaseAlphaChar, Validator::kTooFewUpperCase,
-     false, "upper-case letter", "upper-case letters"},
-    {&PasswordPolicy::maxUpper, &Validator::m_maxUpperAlphaChar, Validator::kTooManyUpperCase, true,
-     "upper-case letter", "upper-case letters"},
-}};
-
-constexpr std::array<std::pair<unsigned int, const char*>, 5> kClasses{{
-    {Validator::kHasLetter, "letters"},
-    {Validator::kHasDigit, "digits"},
-    {Validator::kHasLowerCase, "lower-case"},
-    {Validator::kHasUpperCase, "upper-case"},
-    {Validator::kHasSpecial, "special"},
-}};
-
-// "fewer than 8 characters", "no digit", "more than 1 letter".
-std::string breachOf(const Limit& limit) {
-    const int value = *limit.member;
-    if (!limit.isMaximum && value == 1) {
-        return std::string("no ") + limit.one;
-    }
-    return std::string(limit.isMaximum ? "more than " : "fewer than ") + std::to_string(value) +
-           ' ' + (value == 1 ? limit.one : limit.many);
-}
-
-void applyPolicy(const PasswordPolicy& policy) {
-    for (const Limit& limit : kLimits) {
-        if (const std::optional<int>& value = policy.*limit.option) {
-            *limit.member = *value;
-        }
-    }
-    if (policy.forbid) {
-        Validator::set_forbiddenChars({policy.forbid->begin(), policy.forbid->end()});
-    }
-}
 
 std::string readAll(std::istream& in) {
     std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
@@ -131,23 +64,16 @@ Status password(const PasswordPolicy& policy, Streams io) {
     unsigned int error = 0;
     const bool valid = Validator::isValidPassword(secret, error);
     io.out << (valid ? "valid" : "invalid") << '\n';
-    for (const Limit& limit : kLimits) {
-        if ((error & limit.bit) != 0) {
-            io.out << "  " << breachOf(limit) << '\n';
-        }
-    }
-    if ((error & Validator::kForbiddenChar) != 0) {
-        io.out << "  a forbidden character\n";
+    for (const std::string& breach : breachesOf(error)) {
+        io.out << "  " << breach << '\n';
     }
     unsigned int details = 0;
     Validator::getPasswordDetails(secret, details);
     io.out << "holds  ";
     const char* separator = "";
-    for (const auto& [bit, name] : kClasses) {
-        if ((details & bit) != 0) {
-            io.out << separator << name;
-            separator = ", ";
-        }
+    for (const char* name : classesOf(details)) {
+        io.out << separator << name;
+        separator = ", ";
     }
     io.out << (details == 0 ? "nothing\n" : "\n");
     return valid ? Status::ok : Status::invalid;

@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "PQOrderTool.h"
+#include "PQPasswordRules.h"
 #include "PQUtils/PQUtils.h"
 
 namespace {
@@ -26,22 +27,9 @@ int fail(const std::string& message) {
 }
 
 void addPolicyOptions(CLI::App& command, PasswordPolicy& policy) {
-    const std::pair<const char*, std::optional<int> PasswordPolicy::*> limits[] = {
-        {"--min-length", &PasswordPolicy::minLength},
-        {"--max-length", &PasswordPolicy::maxLength},
-        {"--min-digits", &PasswordPolicy::minDigits},
-        {"--max-digits", &PasswordPolicy::maxDigits},
-        {"--min-letters", &PasswordPolicy::minLetters},
-        {"--max-letters", &PasswordPolicy::maxLetters},
-        {"--min-lower", &PasswordPolicy::minLower},
-        {"--max-lower", &PasswordPolicy::maxLower},
-        {"--min-upper", &PasswordPolicy::minUpper},
-        {"--max-upper", &PasswordPolicy::maxUpper},
-        {"--min-special", &PasswordPolicy::minSpecial},
-        {"--max-special", &PasswordPolicy::maxSpecial},
-    };
-    for (const auto& [name, member] : limits) {
-        command.add_option(name, policy.*member, "a negative value is no limit");
+    for (const PasswordLimit& limit : passwordLimits()) {
+        command.add_option(std::string("--") + limit.name, policy.*limit.option,
+                           "a negative value is no limit");
     }
     command.add_option("--forbid", policy.forbid, "characters (bytes) the password must not hold");
 }

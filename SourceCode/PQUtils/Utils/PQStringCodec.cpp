@@ -108,10 +108,12 @@ std::unique_ptr<kstring> PQString::simpleCipher(const kstring& data) try {
     char* const bytes = result->data();
     // The position is counted on 32 bits, as every reader of the output
     // does: the key restarts at each multiple of 2^32 as well as of 199.
-    constexpr std::size_t kWrap = std::size_t{1} << 32U;
-    for (std::size_t block = 0; block < result->size(); block += kWrap) {
-        const std::size_t blockEnd = std::min(result->size(), block + kWrap);
-        for (std::size_t i = block; i < blockEnd; i += kKeyStream.size()) {
+    // Counted on 64 bits, since a size_t has only 32 in WebAssembly.
+    constexpr std::uint64_t kWrap = std::uint64_t{1} << 32U;
+    const std::uint64_t size = result->size();
+    for (std::uint64_t block = 0; block < size; block += kWrap) {
+        const auto blockEnd = static_cast<std::size_t>(std::min(size, block + kWrap));
+        for (auto i = static_cast<std::size_t>(block); i < blockEnd; i += kKeyStream.size()) {
             xorWithKeyStream(bytes + i, std::min(kKeyStream.size(), blockEnd - i));
         }
     }
