@@ -177,7 +177,8 @@ TEST(PQOrderTool, CommandsStatusAndOutput) {
          "",
          1,
          "action  log\nok      1\n",
-         "blibli2 - t=x=y"},
+         "pqorder: element 2 \"bad\": not key=value, dropped\n"
+         "pqorder: element 3 \"t=x=y\": not key=value, dropped\n"},
         {{"parse"},
          "action=a&k=1&//\r\n\naction=b&//\n",
          0,
@@ -252,6 +253,22 @@ TEST(PQOrderTool, HelpForEveryCommandAndQuietLibrary) {
     EXPECT_EQ(pqorder({"actions", "13"}).err, "");
     EXPECT_NE(pqorder({"--verbose", "actions", "13"}).err.find("Initialisation PQUtils"),
               std::string::npos);
+}
+
+TEST(PQOrderTool, DroppedElementsReportedShortly) {
+    // A long malformed element is cut in its report, and the order's text
+    // (which may hold secrets) is not repeated; --verbose adds the library's
+    // own record.
+    const std::string element = "x" + std::string(5000, 'y');
+    const std::string order = "action=log&secret=hunter2&" + element + "&//";
+    const Result quiet = pqorder({"parse", order});
+    EXPECT_EQ(quiet.status, 1);
+    EXPECT_EQ(quiet.err, "pqorder: element 3 \"xyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyy...\": "
+                         "not key=value, dropped\n");
+    const Result verbose = pqorder({"--verbose", "parse", order});
+    EXPECT_EQ(verbose.status, 1);
+    EXPECT_NE(verbose.err.find(quiet.err), std::string::npos);
+    EXPECT_GT(linesOf(verbose.err), 1U);
 }
 
 TEST(PQOrderTool, RenderThenParseGivesTheValuesBack) {

@@ -220,10 +220,25 @@ struct Shown {
     bool isContent;
 };
 
-std::vector<Shown> piecesOf(const std::string& order, bool raw, Status& status) {
-    const LibraryReports reports;
-    const auto pieces = PQReceivedOrder::getOrderPiecesFromOrder(PQSourceOrderWrapper(order), !raw);
-    if (reports.count() != 0) {
+// The longest part of a dropped element that its report shows.
+constexpr std::size_t kShownElementBytes = 40;
+
+// One short line per element the reader dropped; the library's own record
+// of it (the whole order and the call chain) shows only with --verbose.
+void reportDropped(const PQDroppedElement& drop, std::ostream& err) {
+    const std::string_view element = drop.element;
+    const bool cut = element.size() > kShownElementBytes;
+    err << "pqorder: element " << drop.index + 1 << " \""
+        << printable(element.substr(0, kShownElementBytes)) << (cut ? "...\"" : "\"") << ": "
+        << drop.reason << ", dropped\n";
+}
+
+std::vector<Shown> piecesOf(const std::string& order, bool raw, Status& status, std::ostream& err) {
+    std::vector<PQDroppedElement> dropped;
+    const auto pieces =
+        PQReceivedOrder::getOrderPiecesFromOrder(PQSourceOrderWrapper(order), !raw, dropped);
+    for (const PQDroppedElement& drop : dropped) {
+        reportDropped(drop, err);
         status = Status::invalid;
     }
     std::vector<Shown> shown;
@@ -307,7 +322,7 @@ Status parse(const ParseOptions& options, Streams io) {
     bool first = true;
     return forEachInput(options.text, io.in, [&](const std::string& order) {
         Status status = Status::ok;
-        const std::vector<Shown> pieces = piecesOf(order, options.raw, status);
+        const std::vector<Shown> pieces = piecesOf(order, options.raw, status, io.err);
         if (options.json) {
             printJson(pieces, io.out);
         } else {
@@ -322,7 +337,7 @@ Status parse(const ParseOptions& options, Streams io) {
 Status get(const std::string& key, const std::optional<std::string>& text, Streams io) {
     return forEachInput(text, io.in, [&](const std::string& order) {
         Status status = Status::ok;
-        for (const Shown& piece : piecesOf(order, false, status)) {
+        for (const Shown& piece : piecesOf(order, false, status, io.err)) {
             if (piece.key == key) {
                 io.out << piece.value << '\n';
                 return status;

@@ -106,23 +106,8 @@ std::string jsonQuoted(std::string_view text);
 // `text` with control bytes shown as \n, \r, \t or \xhh, for a table cell.
 std::string printable(std::string_view text);
 
-// Library reports (a malformed piece, a failed look-up) go to standard error
-// while one of these lives, and every record of the library with --verbose.
-class LibraryReports {
-public:
-    LibraryReports();
-    ~LibraryReports();
-    LibraryReports(const LibraryReports&) = delete;
-    LibraryReports& operator=(const LibraryReports&) = delete;
-    // Reports made since construction.
-    [[nodiscard]] std::uint64_t count() const;
-
-    // Routes the library's log: to standard error when verbose, else only
-    // inside a LibraryReports scope.
-    static void route(bool verbose);
-
-private:
-    std::uint64_t m_start;
-};
+// The library's log goes to standard error with --verbose, and nowhere
+// otherwise: the commands report what went wrong in their own words.
+void routeLibraryLog(bool verbose);
 
 } // namespace pqorder

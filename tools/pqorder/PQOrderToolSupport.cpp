@@ -12,10 +12,6 @@ namespace {
 // Every level of detail the library logs at.
 constexpr int kVerboseLevel = 9;
 
-bool gVerbose = false;
-int gReportScopes = 0;
-std::uint64_t gReports = 0;
-
 } // namespace
 
 Status worst(Status a, Status b) { return std::max(a, b); }
@@ -32,14 +28,7 @@ std::string printable(std::string_view text) {
     return shown;
 }
 
-LibraryReports::LibraryReports() : m_start(gReports) { ++gReportScopes; }
-
-LibraryReports::~LibraryReports() { --gReportScopes; }
-
-std::uint64_t LibraryReports::count() const { return gReports - m_start; }
-
-void LibraryReports::route(bool verbose) {
-    gVerbose = verbose;
+void routeLibraryLog(bool verbose) {
     if (verbose) {
         for (const PQ_DEBUG::PQLogType type :
              {PQ_DEBUG::PQLogType_GENERAL, PQ_DEBUG::PQLogType_PQDEBUG, PQ_DEBUG::PQLogType_PQUTILS,
@@ -47,11 +36,8 @@ void LibraryReports::route(bool verbose) {
             PQ_DEBUG::PQDebug::setLogLevel(type, kVerboseLevel);
         }
     }
-    PQ_DEBUG::PQDebug::setLogSink([](const PQ_DEBUG::PQLogRecord& record) {
-        if (gReportScopes > 0) {
-            ++gReports;
-        }
-        if (gVerbose || gReportScopes > 0) {
+    PQ_DEBUG::PQDebug::setLogSink([verbose](const PQ_DEBUG::PQLogRecord& record) {
+        if (verbose) {
             std::cerr << "pqorder: library: " << printable(record.text) << '\n';
         }
     });

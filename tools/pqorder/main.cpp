@@ -2,7 +2,10 @@
 // card numbers, with the library's own code. Run `pqorder --help`.
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
+#include <utility>
+#include <vector>
 
 #include "PQOrderTool.h"
 #include "PQPasswordRules.h"
@@ -34,6 +37,78 @@ void addPolicyOptions(CLI::App& command, PasswordPolicy& policy) {
     command.add_option("--forbid", policy.forbid, "characters (bytes) the password must not hold");
 }
 
+// What the command line sets, for whichever command it names.
+struct Arguments {
+    RenderOptions render;
+    ParseOptions parse;
+    std::string key;
+    std::optional<std::string> text;
+    std::optional<std::string> query;
+    PasswordPolicy policy;
+};
+
+// A command: its name and help, the arguments it declares, and what it runs.
+struct Command {
+    const char* name;
+    const char* help;
+    void (*declare)(CLI::App& command, Arguments& arguments);
+    Status (*run)(const Arguments& arguments, Streams io);
+};
+
+// The optional text argument that most commands read, else their input.
+void declareText(CLI::App& command, Arguments& arguments, const char* help) {
+    command.add_option("text", arguments.text, help);
+}
+
+constexpr Command kCommands[] = {
+    {"render", "the order text of an action and pieces",
+     [](CLI::App& command, Arguments& arguments) {
+         command.add_option("action", arguments.render.action, "action name or value")->required();
+         command.add_option("pieces", arguments.render.pieces,
+                            "KEY=VALUE, or with --json also KEY:=JSON (any JSON value)");
+         command.add_flag("--json", arguments.render.json, "a JSON order: pieces become members");
+     },
+     [](const Arguments& arguments, Streams io) { return render(arguments.render, io); }},
+    {"parse", "the pieces of order text (the argument, or one order per input line)",
+     [](CLI::App& command, Arguments& arguments) {
+         command.add_option("text", arguments.parse.text, "order text");
+         command.add_flag("--json", arguments.parse.json, "one JSON object per order");
+         command.add_flag("--raw", arguments.parse.raw, "keep the escape tokens");
+     },
+     [](const Arguments& arguments, Streams io) { return parse(arguments.parse, io); }},
+    {"get", "the value of the first piece with a key",
+     [](CLI::App& command, Arguments& arguments) {
+         command.add_option("key", arguments.key, "piece key")->required();
+         declareText(command, arguments, "order text (else one order per input line)");
+     },
+     [](const Arguments& arguments, Streams io) { return get(arguments.key, arguments.text, io); }},
+    {"actions", "the action table, or one name <-> value look-up",
+     [](CLI::App& command, Arguments& arguments) {
+         command.add_option("query", arguments.query, "an action name or value");
+     },
+     [](const Arguments& arguments, Streams io) { return actions(arguments.query, io); }},
+    {"password", "checks the password on standard input against the policy",
+     [](CLI::App& command, Arguments& arguments) { addPolicyOptions(command, arguments.policy); },
+     [](const Arguments& arguments, Streams io) { return password(arguments.policy, io); }},
+    {"card", "checksum, brand and masked form of a card number (else one per input line)",
+     [](CLI::App& command, Arguments& arguments) {
+         command.add_option("number", arguments.text, "card number");
+     },
+     [](const Arguments& arguments, Streams io) { return card(arguments.text, io); }},
+    {"base64", "Base64 of the argument or of the input",
+     [](CLI::App& command, Arguments& arguments) {
+         declareText(command, arguments, "text to encode");
+     },
+     [](const Arguments& arguments, Streams io) { return base64(arguments.text, io); }},
+    {"urldecode", "percent-decodes the argument or each input line",
+     [](CLI::App& command, Arguments& arguments) {
+         declareText(command, arguments, "text to decode");
+     },
+     [](const Arguments& arguments, Streams io) { return urldecode(arguments.text, io); }},
+    {"demo", "a short tour of what the library does", [](CLI::App&, Arguments&) {},
+     [](const Arguments&, Streams io) { return demo(io); }},
+};
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -45,45 +120,13 @@ int main(int argc, char** argv) {
     bool verbose = false;
     app.add_flag("--verbose", verbose, "show the library's log on standard error");
 
-    RenderOptions renderOptions;
-    auto* renderCommand = app.add_subcommand("render", "the order text of an action and pieces");
-    renderCommand->add_option("action", renderOptions.action, "action name or value")->required();
-    renderCommand->add_option("pieces", renderOptions.pieces,
-                              "KEY=VALUE, or with --json also KEY:=JSON (any JSON value)");
-    renderCommand->add_flag("--json", renderOptions.json, "a JSON order: pieces become members");
-
-    ParseOptions parseOptions;
-    auto* parseCommand = app.add_subcommand(
-        "parse", "the pieces of order text (the argument, or one order per input line)");
-    parseCommand->add_option("text", parseOptions.text, "order text");
-    parseCommand->add_flag("--json", parseOptions.json, "one JSON object per order");
-    parseCommand->add_flag("--raw", parseOptions.raw, "keep the escape tokens");
-
-    std::string key;
-    std::optional<std::string> text;
-    auto* getCommand = app.add_subcommand("get", "the value of the first piece with a key");
-    getCommand->add_option("key", key, "piece key")->required();
-    getCommand->add_option("text", text, "order text (else one order per input line)");
-
-    std::optional<std::string> query;
-    auto* actionsCommand =
-        app.add_subcommand("actions", "the action table, or one name <-> value look-up");
-    actionsCommand->add_option("query", query, "an action name or value");
-
-    PasswordPolicy policy;
-    auto* passwordCommand =
-        app.add_subcommand("password", "checks the password on standard input against the policy");
-    addPolicyOptions(*passwordCommand, policy);
-
-    auto* cardCommand = app.add_subcommand(
-        "card", "checksum, brand and masked form of a card number (else one per input line)");
-    cardCommand->add_option("number", text, "card number");
-    auto* base64Command = app.add_subcommand("base64", "Base64 of the argument or of the input");
-    base64Command->add_option("text", text, "text to encode");
-    auto* urldecodeCommand =
-        app.add_subcommand("urldecode", "percent-decodes the argument or each input line");
-    urldecodeCommand->add_option("text", text, "text to decode");
-    auto* demoCommand = app.add_subcommand("demo", "a short tour of what the library does");
+    Arguments arguments;
+    std::vector<std::pair<const CLI::App*, const Command*>> declared;
+    for (const Command& command : kCommands) {
+        CLI::App* const subcommand = app.add_subcommand(command.name, command.help);
+        command.declare(*subcommand, arguments);
+        declared.emplace_back(subcommand, &command);
+    }
 
     try {
         app.parse(argc, argv);
@@ -95,28 +138,12 @@ int main(int argc, char** argv) {
 
     const Streams io{std::cin, std::cout, std::cerr};
     try {
-        LibraryReports::route(verbose);
+        routeLibraryLog(verbose);
         const Library library;
-        Status status = Status::ok;
-        if (renderCommand->parsed()) {
-            status = render(renderOptions, io);
-        } else if (parseCommand->parsed()) {
-            status = parse(parseOptions, io);
-        } else if (getCommand->parsed()) {
-            status = get(key, text, io);
-        } else if (actionsCommand->parsed()) {
-            status = actions(query, io);
-        } else if (passwordCommand->parsed()) {
-            status = password(policy, io);
-        } else if (cardCommand->parsed()) {
-            status = card(text, io);
-        } else if (base64Command->parsed()) {
-            status = base64(text, io);
-        } else if (urldecodeCommand->parsed()) {
-            status = urldecode(text, io);
-        } else if (demoCommand->parsed()) {
-            status = demo(io);
-        }
+        const auto chosen = std::find_if(declared.begin(), declared.end(),
+                                         [](const auto& entry) { return entry.first->parsed(); });
+        const Status status =
+            chosen == declared.end() ? Status::usage : chosen->second->run(arguments, io);
         std::cout.flush();
         return static_cast<int>(status);
     } catch (const UsageError& error) {
