@@ -1,12 +1,15 @@
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstring>
 #include <optional>
+#include <type_traits>
 #include <vector>
 
 #include "PQUtils/Utils/PQByteSearchInternal.h"
 #include "PQUtils/Utils/PQByteSetInternal.h"
 #include "PQUtils/Utils/PQOrderEscapeInternal.h"
+#include "PQUtils/Utils/PQSecureMemory.h"
 
 namespace PQ_UTILS::internal {
 namespace {
@@ -42,77 +45,130 @@ constexpr std::array<Replacement, 256> kReplacementOf = [] {
     return table;
 }();
 
+const Replacement& replacementAt(std::string_view value, std::size_t i) {
+    const bool pair = value[i] == '/' && i + 1 < value.size() && value[i + 1] == '/';
+    return pair ? kDoubleSlashReplacement : kReplacementOf[static_cast<unsigned char>(value[i])];
+}
+
+// The bytes the bound counts, and the bytes the walk stops at: those and
+// the zero byte, after which a value is copied as it is.
 constexpr ByteSet kOrderSpecials("=&/");
 constexpr ByteSet kJsonOrderSpecials("=&/\n");
+constexpr ByteSet kOrderStops("=&/\0");
+constexpr ByteSet kJsonOrderStops("=&/\n\0");
 
-const Replacement& replacementAt(std::string_view searched, std::size_t i) {
-    const bool pair = searched[i] == '/' && i + 1 < searched.size() && searched[i + 1] == '/';
-    return pair ? kDoubleSlashReplacement : kReplacementOf[static_cast<unsigned char>(searched[i])];
-}
+// Where the walks write: tokens and short runs go to a small buffer with
+// fixed-size copies, long runs straight from the value, and the buffer is
+// appended when nearly full. So the output is written once, with no
+// pre-filled room to overwrite and no pass to size it. The buffer holds
+// value text, which may be secret: the part of it that was used is wiped.
+class StagedOutput {
+public:
+    explicit StagedOutput(kstring& out) noexcept : m_out(out) {}
+    StagedOutput(const StagedOutput&) = delete;
+    StagedOutput& operator=(const StagedOutput&) = delete;
+    ~StagedOutput() { secureWipe(m_buffer.data(), m_reached); }
 
-// Writes the escaped form of `searched` to `out` and returns its size.
-// Blocks are tested at a fixed stride, so finding the next special byte
-// never waits on handling the one before, and bytes are stored a block at
-// a time: each block where it goes if nothing in it is replaced, and after
-// each replacement the block that follows it. An escaped text is never
-// shorter than what is left to read of the value, so whole-block stores and
-// padded tokens fit while 16 bytes are left; what they store past the
-// current end is overwritten next.
-template <class Specials>
-std::size_t writeEscaped(std::string_view searched, const Specials& specials, char* out) {
-    constexpr std::size_t kBlock = Specials::kBlock;
-    const char* const in = searched.data();
-    const std::size_t size = searched.size();
-    std::size_t copied = 0;  // the bytes of `searched` before it are handled,
-    std::size_t written = 0; // and their escaped form is this long
-    // Stores the bytes from `from` (at or after `copied`) on, unchanged.
-    const auto storeBlock = [&](std::size_t from) {
-        char* const to = out + written + (from - copied);
-        std::memcpy(to, in + from, kBlock);
-    };
-    const auto storeRest = [&](std::size_t from) {
-        if (size - from >= kBlock) {
-            storeBlock(from);
-        } else {
-            std::memcpy(out + written + (from - copied), in + from, size - from);
+    void run(const char* from, std::size_t size) {
+        if (size > kDirect) {
+            flush();
+            m_out.append(from, size);
+            return;
         }
-    };
-    const auto replace = [&](std::size_t at) {
+        if (m_used + size > kRoom) {
+            flush();
+        }
+        std::memcpy(m_buffer.data() + m_used, from, size);
+        m_used += size;
+        m_reached = std::max(m_reached, m_used);
+    }
+    // The first `size` bytes of `padded` (stored whole, the rest overwritten
+    // next).
+    void token(const std::array<char, 8>& padded, std::size_t size) {
+        if (m_used + padded.size() > kRoom) {
+            flush();
+        }
+        std::memcpy(m_buffer.data() + m_used, padded.data(), padded.size());
+        m_used += size;
+        m_reached = std::max(m_reached, m_used + padded.size());
+    }
+    void flush() {
+        m_out.append(m_buffer.data(), m_used);
+        m_used = 0;
+    }
+
+private:
+    static constexpr std::size_t kRoom = 2048;
+    static constexpr std::size_t kDirect = 128; // a longer run skips the buffer
+    kstring& m_out;
+    std::array<char, kRoom>
+        m_buffer; // NOLINT(cppcoreguidelines-pro-type-member-init): written before read
+    std::size_t m_used = 0;
+    std::size_t m_reached = 0; // wiped on the way out
+};
+
+// Writes the escaped form of `value` up to its first zero byte, and the
+// rest as it is. Groups of four blocks are tested at once and skipped when
+// clean: their bytes go out with the run they belong to. A lone "/" stays
+// in its run.
+template <BlockPath Path, class Stops>
+void writeEscaped(std::string_view value, const Stops& stops, StagedOutput& out) {
+    constexpr std::size_t kBlock = Stops::kBlock;
+    constexpr std::size_t kGroup = 4 * kBlock;
+    const char* const in = value.data();
+    const std::size_t size = value.size();
+    std::size_t copied = 0; // the bytes before it are written
+    // False at the zero byte, where escaping ends.
+    const auto handle = [&](std::size_t at) {
         if (at < copied) {
-            return; // the second "/" of a pair
+            return true; // the second "/" of a pair
         }
-        const Replacement& replacement = replacementAt(searched, at);
-        char* const to = out + written + (at - copied);
-        if (size - at >= kBlock) {
-            std::memcpy(to, replacement.text.data(), replacement.text.size());
-        } else {
-            std::memcpy(to, replacement.text.data(), replacement.size);
+        if (in[at] == '\0') {
+            return false;
         }
-        written += at - copied + replacement.size;
+        const Replacement& replacement = replacementAt(value, at);
+        if (replacement.size == 1) {
+            return true; // a lone "/"
+        }
+        out.run(in + copied, at - copied);
+        out.token(replacement.text, replacement.size);
         copied = at + replacement.consumed;
-        storeRest(copied);
+        return true;
     };
+    const auto handleBlock = [&](std::size_t block) {
+        // The second "/" of a pair is dropped with the first.
+        for (auto hits = stops.template blockHits<Path>(in + block); !hits.empty();
+             hits.dropBefore(copied > block ? copied - block : 0)) {
+            if (!handle(block + hits.first())) {
+                return false;
+            }
+            hits.dropFirst();
+        }
+        return true;
+    };
+    bool open = true;
     std::size_t i = 0;
-    for (; i + kBlock <= size; i += kBlock) {
-        storeRest(std::max(i, copied));
-        for (auto hits = specials.blockHits(in + i); !hits.empty(); hits.dropFirst()) {
-            replace(i + hits.first());
+    for (; open && i + kGroup <= size; i += kGroup) {
+        if (stops.template anyIn<4, Path>(in + i)) {
+            for (std::size_t block = i; open && block < i + kGroup; block += kBlock) {
+                open = handleBlock(block);
+            }
         }
     }
-    if (i < size) {
-        storeRest(std::max(i, copied));
+    for (; open && i + kBlock <= size; i += kBlock) {
+        open = handleBlock(i);
     }
-    for (; i < size; ++i) {
-        if (specials.contains(in[i])) {
-            replace(i);
+    for (; open && i < size; ++i) {
+        if (stops.contains(in[i])) {
+            open = handle(i);
         }
     }
-    return written + size - copied;
+    out.run(in + copied, size - copied);
 }
 
-// Runs `walk` with the special bytes of the value's kind.
-template <class Walk> auto withSpecials(bool lineFeeds, Walk walk) {
-    return lineFeeds ? walk(kJsonOrderSpecials) : walk(kOrderSpecials);
+// Runs `walk` with the stops of the value's kind.
+template <class Walk> auto withStops(bool lineFeeds, Walk walk) {
+    return lineFeeds ? walk(kJsonOrderStops) : walk(kOrderStops);
 }
 
 // The reader's three passes in one walk. Every token starts and ends with
@@ -128,11 +184,26 @@ struct TokenAt {
     std::size_t row; // in kOrderEscapes
 };
 
-std::optional<TokenAt> orderTokenAt(std::string_view text, std::size_t pos) {
+// The token that starts at `pos`, if any. The rows' tokens differ at their
+// third byte, so that byte picks the one row to compare.
+constexpr std::array<std::uint8_t, 256> kRowOfThirdByte = [] {
+    std::array<std::uint8_t, 256> table{};
+    table.fill(kOrderEscapes.size());
     for (std::size_t row = 0; row < kOrderEscapes.size(); ++row) {
-        if (text.substr(pos, kOrderEscapes[row].token.size()) == kOrderEscapes[row].token) {
-            return TokenAt{pos, row};
-        }
+        table[static_cast<unsigned char>(kOrderEscapes[row].token[2])] =
+            static_cast<std::uint8_t>(row);
+    }
+    return table;
+}();
+
+std::optional<TokenAt> orderTokenAt(std::string_view text, std::size_t pos) {
+    if (text.size() - pos < 7 || text[pos + 1] != '-') {
+        return std::nullopt; // 7: the shortest token
+    }
+    const std::size_t row = kRowOfThirdByte[static_cast<unsigned char>(text[pos + 2])];
+    if (row < kOrderEscapes.size() &&
+        text.substr(pos, kOrderEscapes[row].token.size()) == kOrderEscapes[row].token) {
+        return TokenAt{pos, row};
     }
     return std::nullopt;
 }
@@ -144,6 +215,13 @@ std::size_t tokenEnd(const TokenAt& token) {
 // The token that overlaps the end of `token`, if any.
 std::optional<TokenAt> overlappingToken(std::string_view text, const TokenAt& token) {
     const std::size_t end = tokenEnd(token);
+    // One that starts at end - 2 has its third byte at end, one that starts
+    // at end - 1 its second: a token's letter or a dash.
+    if (end == text.size() ||
+        (text[end] != '-' &&
+         kRowOfThirdByte[static_cast<unsigned char>(text[end])] == kOrderEscapes.size())) {
+        return std::nullopt;
+    }
     if (auto next = orderTokenAt(text, end - 2)) {
         return next;
     }
@@ -165,34 +243,41 @@ void chooseInChain(const std::vector<TokenAt>& chain, std::vector<bool>& restore
 
 constexpr ByteSet kDash("-");
 
-} // namespace
-
-void appendOrderUnescaped(kstring& out, std::string_view value) {
-    const std::string_view searched = untilZero(value.data(), value.size());
-    std::size_t copied = 0;
+// The reader's walk over `searched` (the value up to its first zero byte):
+// each dash is found a block at a time, groups of four clean blocks passed
+// over at once, and the token there, if any, restored.
+template <BlockPath Path> void writeUnescaped(std::string_view searched, StagedOutput& out) {
+    constexpr std::size_t kBlock = decltype(kDash)::kBlock;
+    constexpr std::size_t kGroup = 4 * kBlock;
+    std::size_t copied = 0; // the bytes before it are written
+    std::size_t next = 0;   // the walk looks for tokens from here on
     const auto restore = [&](const TokenAt& token) {
-        out.append(value.substr(copied, token.start - copied))
-            .append(kOrderEscapes[token.row].character);
+        out.run(searched.data() + copied, token.start - copied);
+        const std::string_view character = kOrderEscapes[token.row].character;
+        std::array<char, 8> padded{};
+        std::copy(character.begin(), character.end(), padded.begin());
+        out.token(padded, character.size());
         copied = tokenEnd(token);
     };
     std::vector<TokenAt> chain;
     std::vector<bool> restored;
-    for (std::size_t pos = kDash.find(searched); pos != std::string_view::npos;
-         pos = kDash.find(searched, pos)) {
+    const auto handle = [&](std::size_t pos) {
+        if (pos < next) {
+            return;
+        }
         const std::optional<TokenAt> first = orderTokenAt(searched, pos);
         if (!first) {
-            ++pos;
-            continue;
+            return;
         }
-        std::optional<TokenAt> next = overlappingToken(searched, *first);
-        if (!next) { // alone, as nearly every token is
+        std::optional<TokenAt> following = overlappingToken(searched, *first);
+        if (!following) { // alone, as nearly every token is
             restore(*first);
-            pos = copied;
-            continue;
+            next = copied;
+            return;
         }
-        chain.assign({*first, *next});
-        while ((next = overlappingToken(searched, chain.back()))) {
-            chain.push_back(*next);
+        chain.assign({*first, *following});
+        while ((following = overlappingToken(searched, chain.back()))) {
+            chain.push_back(*following);
         }
         chooseInChain(chain, restored);
         for (std::size_t i = 0; i < chain.size(); ++i) {
@@ -200,9 +285,58 @@ void appendOrderUnescaped(kstring& out, std::string_view value) {
                 restore(chain[i]);
             }
         }
-        pos = tokenEnd(chain.back());
+        next = tokenEnd(chain.back());
+    };
+    const char* const in = searched.data();
+    const std::size_t size = searched.size();
+    const auto handleBlock = [&](std::size_t block) {
+        // The dashes of a restored token are dropped with it.
+        for (auto hits = kDash.blockHits<Path>(in + block); !hits.empty();
+             hits.dropBefore(next > block ? next - block : 0)) {
+            handle(block + hits.first());
+            hits.dropFirst();
+        }
+    };
+    std::size_t i = 0;
+    for (; i + kGroup <= size; i += kGroup) {
+        if (kDash.anyIn<4, Path>(in + i)) {
+            for (std::size_t block = i; block < i + kGroup; block += kBlock) {
+                handleBlock(block);
+            }
+        }
     }
-    out.append(value.substr(copied));
+    for (; i + kBlock <= size; i += kBlock) {
+        handleBlock(i);
+    }
+    for (; i < size; ++i) {
+        if (in[i] == '-') {
+            handle(i);
+        }
+    }
+    out.run(in + copied, size - copied);
+}
+
+// The walk on the path asked for.
+template <class Walk> void onPath(BlockPath path, Walk walk) {
+    if constexpr (kHasVectorPath) {
+        if (path == BlockPath::vector) {
+            walk(std::integral_constant<BlockPath, kNativePath>());
+            return;
+        }
+    }
+    walk(std::integral_constant<BlockPath, BlockPath::portable>());
+}
+
+} // namespace
+
+void appendOrderUnescaped(kstring& out, std::string_view value, BlockPath path) {
+    const std::string_view searched = untilZero(value.data(), value.size());
+    {
+        StagedOutput staged(out);
+        onPath(path, [&](auto onIt) { writeUnescaped<decltype(onIt)::value>(searched, staged); });
+        staged.flush();
+    }
+    out.append(value.substr(searched.size()));
 }
 
 std::size_t orderEscapedBound(std::string_view value, bool lineFeeds) noexcept {
@@ -210,21 +344,20 @@ std::size_t orderEscapedBound(std::string_view value, bool lineFeeds) noexcept {
     // feed by 7, each "/" of a pair by 3 (and a lone one by nothing).
     constexpr std::size_t kGrowth = 7;
     const std::string_view searched = untilZero(value.data(), value.size());
-    return value.size() + kGrowth * withSpecials(lineFeeds, [&](const auto& specials) {
-                              return specials.count(searched);
-                          });
+    return value.size() + kGrowth * (lineFeeds ? kJsonOrderSpecials.count(searched)
+                                               : kOrderSpecials.count(searched));
 }
 
-void appendOrderEscaped(kstring& out, std::string_view value, std::size_t bound, bool lineFeeds) {
-    const std::string_view searched = untilZero(value.data(), value.size());
-    const std::size_t start = out.size();
-    out.resize(start + bound);
-    char* const escaped = out.data() + start;
-    const std::size_t written = withSpecials(
-        lineFeeds, [&](const auto& specials) { return writeEscaped(searched, specials, escaped); });
-    value.remove_prefix(searched.size());
-    std::memcpy(escaped + written, value.data(), value.size());
-    out.resize(start + written + value.size());
+void appendOrderEscaped(kstring& out, std::string_view value, std::size_t room, bool lineFeeds,
+                        BlockPath path) {
+    out.reserve(out.size() + room);
+    StagedOutput staged(out);
+    onPath(path, [&](auto onIt) {
+        withStops(lineFeeds, [&](const auto& stops) {
+            writeEscaped<decltype(onIt)::value>(value, stops, staged);
+        });
+    });
+    staged.flush();
 }
 
 } // namespace PQ_UTILS::internal
