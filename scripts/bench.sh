@@ -20,7 +20,10 @@ cmake --preset release >/dev/null
 cmake --build --preset release --target PQUtils_benchmark >/dev/null
 results=build/release/bench/results.json
 log=build/release/bench/results.log
+# Interleaved repetitions: the machine's drift over minutes falls on ours
+# and the peers' alike rather than on whichever ran during a slow spell.
 if ! build/release/bench/PQUtils_benchmark --benchmark_repetitions="$repetitions" \
+    --benchmark_enable_random_interleaving=true \
     --benchmark_report_aggregates_only=true \
     --benchmark_out_format=json --benchmark_out="$results" >"$log" 2>&1; then
     cat "$log" >&2

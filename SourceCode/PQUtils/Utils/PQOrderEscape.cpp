@@ -45,9 +45,13 @@ constexpr std::array<Replacement, 256> kReplacementOf = [] {
     return table;
 }();
 
+// Written so as to compile to selects: whether a "/" is paired is as
+// unpredictable as the text.
 const Replacement& replacementAt(std::string_view value, std::size_t i) {
-    const bool pair = value[i] == '/' && i + 1 < value.size() && value[i + 1] == '/';
-    return pair ? kDoubleSlashReplacement : kReplacementOf[static_cast<unsigned char>(value[i])];
+    const char next = i + 1 < value.size() ? value[i + 1] : '\0';
+    const bool pair = (value[i] == '/') & (next == '/');
+    const Replacement* const single = &kReplacementOf[static_cast<unsigned char>(value[i])];
+    return *(pair ? &kDoubleSlashReplacement : single);
 }
 
 // The bytes the bound counts, and the bytes the walk stops at: those and
@@ -67,9 +71,26 @@ public:
     explicit StagedOutput(kstring& out) noexcept : m_out(out) {}
     StagedOutput(const StagedOutput&) = delete;
     StagedOutput& operator=(const StagedOutput&) = delete;
-    ~StagedOutput() { secureWipe(m_buffer.data(), m_reached); }
+    ~StagedOutput() { secureWipe(m_buffer.data(), std::min(m_reached, m_buffer.size())); }
 
-    void run(const char* from, std::size_t size) {
+    // When 64 bytes from `from` and 15 past the run can be read
+    // (`readAhead`), a short run is copied in 16-byte pieces, the first four
+    // always, so that most runs take no branch on their length; what is
+    // stored past the run is overwritten next.
+    void run(const char* from, std::size_t size, bool readAhead) {
+        if (!readAhead || size > kDirect || m_used + size > kRoom) {
+            runExactly(from, size);
+            return;
+        }
+        char* const to = m_buffer.data() + m_used;
+        std::memcpy(to, from, kAlways);
+        for (std::size_t k = kAlways; k < size; k += kChunk) {
+            std::memcpy(to + k, from + k, kChunk);
+        }
+        m_used += size;
+        m_reached = std::max(m_reached, m_used + kAlways);
+    }
+    void runExactly(const char* from, std::size_t size) {
         if (size > kDirect) {
             flush();
             m_out.append(from, size);
@@ -100,8 +121,10 @@ public:
 private:
     static constexpr std::size_t kRoom = 2048;
     static constexpr std::size_t kDirect = 128; // a longer run skips the buffer
+    static constexpr std::size_t kChunk = 16;
+    static constexpr std::size_t kAlways = 64; // copied of every run read ahead
     kstring& m_out;
-    std::array<char, kRoom>
+    std::array<char, kRoom + kAlways>
         m_buffer; // NOLINT(cppcoreguidelines-pro-type-member-init): written before read
     std::size_t m_used = 0;
     std::size_t m_reached = 0; // wiped on the way out
@@ -109,8 +132,7 @@ private:
 
 // Writes the escaped form of `value` up to its first zero byte, and the
 // rest as it is. Groups of four blocks are tested at once and skipped when
-// clean: their bytes go out with the run they belong to. A lone "/" stays
-// in its run.
+// clean: their bytes go out with the run they belong to.
 template <BlockPath Path, class Stops>
 void writeEscaped(std::string_view value, const Stops& stops, StagedOutput& out) {
     constexpr std::size_t kBlock = Stops::kBlock;
@@ -120,24 +142,20 @@ void writeEscaped(std::string_view value, const Stops& stops, StagedOutput& out)
     std::size_t copied = 0; // the bytes before it are written
     // False at the zero byte, where escaping ends.
     const auto handle = [&](std::size_t at) {
-        if (at < copied) {
-            return true; // the second "/" of a pair
-        }
         if (in[at] == '\0') {
             return false;
         }
         const Replacement& replacement = replacementAt(value, at);
-        if (replacement.size == 1) {
-            return true; // a lone "/"
-        }
-        out.run(in + copied, at - copied);
+        out.run(in + copied, at - copied, at + kGroup <= size);
         out.token(replacement.text, replacement.size);
         copied = at + replacement.consumed;
         return true;
     };
+    // The second "/" of a pair, in this block or the next, is dropped with
+    // the first.
     const auto handleBlock = [&](std::size_t block) {
-        // The second "/" of a pair is dropped with the first.
-        for (auto hits = stops.template blockHits<Path>(in + block); !hits.empty();
+        auto hits = stops.template blockHits<Path>(in + block);
+        for (hits.dropBefore(copied > block ? copied - block : 0); !hits.empty();
              hits.dropBefore(copied > block ? copied - block : 0)) {
             if (!handle(block + hits.first())) {
                 return false;
@@ -159,11 +177,11 @@ void writeEscaped(std::string_view value, const Stops& stops, StagedOutput& out)
         open = handleBlock(i);
     }
     for (; open && i < size; ++i) {
-        if (stops.contains(in[i])) {
+        if (i >= copied && stops.contains(in[i])) {
             open = handle(i);
         }
     }
-    out.run(in + copied, size - copied);
+    out.runExactly(in + copied, size - copied);
 }
 
 // Runs `walk` with the stops of the value's kind.
@@ -243,6 +261,15 @@ void chooseInChain(const std::vector<TokenAt>& chain, std::vector<bool>& restore
 
 constexpr ByteSet kDash("-");
 
+// The characters each row's token stands for, padded for one store.
+constexpr std::array<Replacement, kOrderEscapes.size()> kRestoredOf = [] {
+    std::array<Replacement, kOrderEscapes.size()> table{};
+    for (std::size_t row = 0; row < table.size(); ++row) {
+        table[row] = replacementOf(kOrderEscapes[row].character, 0);
+    }
+    return table;
+}();
+
 // The reader's walk over `searched` (the value up to its first zero byte):
 // each dash is found a block at a time, groups of four clean blocks passed
 // over at once, and the token there, if any, restored.
@@ -252,11 +279,9 @@ template <BlockPath Path> void writeUnescaped(std::string_view searched, StagedO
     std::size_t copied = 0; // the bytes before it are written
     std::size_t next = 0;   // the walk looks for tokens from here on
     const auto restore = [&](const TokenAt& token) {
-        out.run(searched.data() + copied, token.start - copied);
-        const std::string_view character = kOrderEscapes[token.row].character;
-        std::array<char, 8> padded{};
-        std::copy(character.begin(), character.end(), padded.begin());
-        out.token(padded, character.size());
+        out.run(searched.data() + copied, token.start - copied,
+                token.start + kGroup <= searched.size());
+        out.token(kRestoredOf[token.row].text, kRestoredOf[token.row].size);
         copied = tokenEnd(token);
     };
     std::vector<TokenAt> chain;
@@ -313,7 +338,7 @@ template <BlockPath Path> void writeUnescaped(std::string_view searched, StagedO
             handle(i);
         }
     }
-    out.run(in + copied, size - copied);
+    out.runExactly(in + copied, size - copied);
 }
 
 // The walk on the path asked for.
