@@ -68,6 +68,7 @@ constexpr ByteSet kJsonOrderStops("=&/\n\0");
 // value text, which may be secret: the part of it that was used is wiped.
 class StagedOutput {
 public:
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): see m_buffer
     explicit StagedOutput(kstring& out) noexcept : m_out(out) {}
     StagedOutput(const StagedOutput&) = delete;
     StagedOutput& operator=(const StagedOutput&) = delete;
@@ -124,8 +125,8 @@ private:
     static constexpr std::size_t kChunk = 16;
     static constexpr std::size_t kAlways = 64; // copied of every run read ahead
     kstring& m_out;
-    std::array<char, kRoom + kAlways>
-        m_buffer; // NOLINT(cppcoreguidelines-pro-type-member-init): written before read
+    // Left unfilled: only what was written is read, appended or wiped.
+    std::array<char, kRoom + kAlways> m_buffer;
     std::size_t m_used = 0;
     std::size_t m_reached = 0; // wiped on the way out
 };
