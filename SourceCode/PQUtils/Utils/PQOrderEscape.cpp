@@ -316,8 +316,10 @@ template <BlockPath Path> void writeUnescaped(std::string_view searched, StagedO
     const char* const in = searched.data();
     const std::size_t size = searched.size();
     const auto handleBlock = [&](std::size_t block) {
-        // The dashes of a restored token are dropped with it.
-        for (auto hits = kDash.blockHits<Path>(in + block); !hits.empty();
+        // The dashes of a restored token, in this block or the next, are
+        // dropped with it.
+        auto hits = kDash.blockHits<Path>(in + block);
+        for (hits.dropBefore(next > block ? next - block : 0); !hits.empty();
              hits.dropBefore(next > block ? next - block : 0)) {
             handle(block + hits.first());
             hits.dropFirst();
