@@ -39,7 +39,8 @@ inline constexpr std::array<EscapeToken, 3> kOrderEscapes{kEquals, kAmpersand, k
 // `lineFeeds`, a line feed also becomes "--endl--" (as replace_pq would make
 // it after the three others), for JSON text sent in an order.
 // orderEscapedBound is a bound on the bytes appended: each special byte
-// counted as growing by 7, the most any does ("=" and "&" grow by 6).
+// (even after a zero byte) counted as growing by 7, the most any does ("="
+// and "&" grow by 6).
 // appendOrderEscaped first makes room for `room` more bytes in `out`: a
 // caller that reserves the sum of the bounds, or passes the bound, never has
 // its text moved, and so never leaves a copy unwiped. A smaller `room` is a
