@@ -1,7 +1,8 @@
 #pragma once
 
-// The block scanner: finds a few byte values 16 bytes at a time. The only
-// place where the library uses vector instructions; not installed.
+// The block scanner: finds a few byte values 16 bytes at a time. With the
+// Base64 encoder (PQBase64.cpp), the only place where the library uses
+// vector instructions; not installed.
 
 #include <array>
 #include <bit>
