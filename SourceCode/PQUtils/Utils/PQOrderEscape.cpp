@@ -153,8 +153,9 @@ void writeEscaped(std::string_view value, const Stops& stops, StagedOutput& out)
         return true;
     };
     // The second "/" of a pair, in this block or the next, is dropped with
-    // the first.
-    const auto handleBlock = [&](std::size_t block) {
+    // the first. Inlined: left to itself, the compiler calls it for every
+    // block of a group that has a hit.
+    const auto handleBlock = [&](std::size_t block) __attribute__((always_inline)) {
         auto hits = stops.template blockHits<Path>(in + block);
         for (hits.dropBefore(copied > block ? copied - block : 0); !hits.empty();
              hits.dropBefore(copied > block ? copied - block : 0)) {
