@@ -1,5 +1,6 @@
-// Throughput of the string utilities on 1 MiB of text: the order-text
-// escapes both ways, a plain replacement, Base64 and the cipher; the block
+// Throughput of the string utilities: the order-text escapes both ways and
+// Base64 over the sweep of densities and sizes; on 1 MiB of text, a plain
+// replacement and the cipher; the block
 // scanner on each of its paths; reading doubles with each reader.
 
 #include <array>
@@ -13,8 +14,10 @@
 #include <benchmark/benchmark.h>
 
 #include "PQBenchInputs.h"
+#include "PQBenchSweep.h"
 #include "PQUtils/Utils/PQByteSetInternal.h"
 #include "PQUtils/Utils/PQFromCharsInternal.h"
+#include "PQUtils/Utils/PQOrderEscapeInternal.h"
 #include "PQUtils/Utils/PQString.h"
 
 namespace {
@@ -24,15 +27,39 @@ using PQ_UTILS::PQString;
 using pqbench::orderValueText;
 using pqbench::throughput;
 
+// The escapes, each over the sweep of densities and sizes.
 void BM_RestorePQEntities(benchmark::State& state) {
-    throughput(state, orderValueText(), &PQString::restorePQEntities);
+    throughput(state, pqbench::sweepInput(state), &PQString::restorePQEntities);
 }
-BENCHMARK(BM_RestorePQEntities);
+BENCHMARK(BM_RestorePQEntities)->Apply(pqbench::sweepArgs);
 
 void BM_RemovePQEntities(benchmark::State& state) {
-    throughput(state, *PQString::restorePQEntities(orderValueText()), &PQString::removePQEntities);
+    throughput(state, pqbench::sweepEscapedInput(state), &PQString::removePQEntities);
 }
-BENCHMARK(BM_RemovePQEntities);
+BENCHMARK(BM_RemovePQEntities)->Apply(pqbench::sweepArgs);
+
+// The order writer's escaping of a value: sized, then appended to text that
+// is kept from one order to the next.
+void BM_OrderWriterEscape(benchmark::State& state) {
+    kstring text;
+    throughput(state, pqbench::sweepInput(state), [&](const std::string& value) {
+        text.clear();
+        PQ_UTILS::internal::appendOrderEscaped(text, value,
+                                               PQ_UTILS::internal::orderEscapedBound(value));
+        return text.size();
+    });
+}
+BENCHMARK(BM_OrderWriterEscape)->Apply(pqbench::sweepArgs);
+
+// The order reader's unescaping of a value into the string its piece keeps.
+void BM_OrderReaderUnescape(benchmark::State& state) {
+    throughput(state, pqbench::sweepEscapedInput(state), [](const std::string& value) {
+        kstring text;
+        PQ_UTILS::internal::appendOrderUnescaped(text, value);
+        return text;
+    });
+}
+BENCHMARK(BM_OrderReaderUnescape)->Apply(pqbench::sweepArgs);
 
 void BM_SelfReplace(benchmark::State& state) {
     throughput(state, orderValueText(), [](kstring copy) {
@@ -43,10 +70,10 @@ void BM_SelfReplace(benchmark::State& state) {
 BENCHMARK(BM_SelfReplace);
 
 void BM_ToBase64(benchmark::State& state) {
-    throughput(state, orderValueText(),
-               [](const kstring& text) { return PQString::toBase64(text, text.size()); });
+    throughput(state, pqbench::sweepBytes(state),
+               [](const kstring& bytes) { return PQString::toBase64(bytes, bytes.size()); });
 }
-BENCHMARK(BM_ToBase64);
+BENCHMARK(BM_ToBase64)->Apply(pqbench::sizeArgs);
 
 void BM_SimpleCipher(benchmark::State& state) {
     throughput(state, orderValueText(), &PQString::simpleCipher);

@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
 # Runs the benchmarks (ours and the peer libraries', side by side in one
 # run, on the same inputs) and prints, for each performance target, our
-# median, the peer's median and the ratio, as a Markdown table:
+# median, the peer's median and the ratio, as a Markdown table. A target
+# over a sweep (benchmarks named NAME/DENSITY/SIZE) is judged by its worst
+# point, whose medians are the ones shown:
 #   scripts/bench.sh [REPETITIONS]   (default 5)
 # Exits 1 when a target is missed. Times are CPU time per operation.
 set -euo pipefail
@@ -18,7 +20,10 @@ cmake --preset release >/dev/null
 cmake --build --preset release --target PQUtils_benchmark >/dev/null
 results=build/release/bench/results.json
 log=build/release/bench/results.log
+# Interleaved repetitions: the machine's drift over minutes falls on ours
+# and the peers' alike rather than on whichever ran during a slow spell.
 if ! build/release/bench/PQUtils_benchmark --benchmark_repetitions="$repetitions" \
+    --benchmark_enable_random_interleaving=true \
     --benchmark_report_aggregates_only=true \
     --benchmark_out_format=json --benchmark_out="$results" >"$log" 2>&1; then
     cat "$log" >&2
@@ -35,15 +40,24 @@ import sys
 #   rate:   our bytes per second is at least the bound (GB/s)
 #   time:   our time is at most the bound (ns)
 #   allocs: our allocations per operation are at most the bound
+# A sixth item makes a row a sweep: the points of NAME/DENSITY/SIZE (density
+# in tenths of a percent) within its bounds, each of ours paired with the
+# peer's point of the same suffix, the row judged by the worst one.
+ESCAPES = {"max_density": 100, "min_size": 2048}  # up to 10%, 2 KiB and up
+MIB = {"min_size": 1 << 20}
 TARGETS = [
-    ("Escape 1 MiB of order text (restorePQEntities) vs Abseil StrReplaceAll",
-     "BM_RestorePQEntities", "BM_Peer_Abseil_Escape", "faster", 2),
+    ("Escape order text (restorePQEntities) vs Abseil StrReplaceAll",
+     "BM_RestorePQEntities", "BM_Peer_Abseil_Escape", "faster", 2, ESCAPES),
+    ("Escape an order value (the order writer) vs Abseil StrReplaceAll",
+     "BM_OrderWriterEscape", "BM_Peer_Abseil_Escape", "faster", 2, ESCAPES),
     ("Unescape it (removePQEntities) vs Abseil StrReplaceAll",
-     "BM_RemovePQEntities", "BM_Peer_Abseil_Unescape", "faster", 3),
+     "BM_RemovePQEntities", "BM_Peer_Abseil_Unescape", "faster", 3, ESCAPES),
+    ("Unescape an order value (the order reader) vs Abseil StrReplaceAll",
+     "BM_OrderReaderUnescape", "BM_Peer_Abseil_Unescape", "faster", 3, ESCAPES),
     ("Base64 of 1 MiB (toBase64) vs Abseil Base64Escape",
-     "BM_ToBase64", "BM_Peer_Abseil_Base64", "faster", 1),
+     "BM_ToBase64", "BM_Peer_Abseil_Base64", "faster", 1.5, MIB),
     ("Base64 of 1 MiB (toBase64) vs OpenSSL EVP_EncodeBlock",
-     "BM_ToBase64", "BM_Peer_OpenSSL_Base64", "faster", 1),
+     "BM_ToBase64", "BM_Peer_OpenSSL_Base64", "faster", 1, MIB),
     ("Cipher 1 MiB (simpleCipher)", "BM_SimpleCipher", None, "rate", 2),
     ("Parse a 20-piece order vs Boost.URL parse_query",
      "BM_ParseOrder", "BM_Peer_BoostUrl_ParseQuery", "faster", 2),
@@ -65,14 +79,28 @@ TARGETS = [
 ]
 
 # Shown in bytes per second rather than time per operation.
-BY_THE_BYTE = {"BM_RestorePQEntities", "BM_Peer_Abseil_Escape", "BM_RemovePQEntities",
-               "BM_Peer_Abseil_Unescape", "BM_ToBase64", "BM_Peer_Abseil_Base64",
-               "BM_Peer_OpenSSL_Base64", "BM_SimpleCipher"}
+BY_THE_BYTE = ("BM_RestorePQEntities", "BM_OrderWriterEscape", "BM_Peer_Abseil_Escape",
+               "BM_RemovePQEntities", "BM_OrderReaderUnescape", "BM_Peer_Abseil_Unescape",
+               "BM_ToBase64", "BM_Peer_Abseil_Base64", "BM_Peer_OpenSSL_Base64",
+               "BM_SimpleCipher")
 NS_PER_UNIT = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 medians = {}
 for run in json.load(open(sys.argv[1]))["benchmarks"]:
     if run.get("aggregate_name") == "median":
         medians[run["run_name"]] = run
+
+
+def sweep_points(name, bounds):
+    """The suffixes ("/DENSITY/SIZE") of the points of `name` within `bounds`."""
+    points = []
+    for run_name in medians:
+        parts = run_name.split("/")
+        if parts[0] != name or len(parts) != 3:
+            continue
+        density, size = int(parts[1]), int(parts[2])
+        if density <= bounds.get("max_density", density) and size >= bounds.get("min_size", 0):
+            points.append(f"/{density}/{size}")
+    return sorted(points, key=lambda p: tuple(int(x) for x in p.split("/")[1:]))
 
 
 def ns(name):
@@ -82,7 +110,7 @@ def ns(name):
 
 def shown(name):
     run = medians[name]
-    if name in BY_THE_BYTE:
+    if name.split("/")[0] in BY_THE_BYTE:
         return f"{run['bytes_per_second'] / 1e9:.2f} GB/s"
     return f"{ns(name) / 1e3:.2f} µs" if ns(name) >= 1e3 else f"{ns(name):.1f} ns"
 
@@ -90,7 +118,20 @@ def shown(name):
 print("| Target | Ours | Peer | Ratio | Needed | Met |")
 print("|---|---|---|---|---|---|")
 met = 0
-for label, ours, peer, kind, bound in TARGETS:
+for label, ours, peer, kind, bound, *sweep in TARGETS:
+    if sweep:
+        # The worst point decides; its names stand in for the row's.
+        points = [p for p in sweep_points(ours, sweep[0]) if not peer or peer + p in medians]
+        if not points:
+            print(f"| {label} | not run | | | | no |")
+            continue
+        if kind == "faster":
+            worst = min(points, key=lambda p: ns(peer + p) / ns(ours + p))
+        else:
+            worst = max(points, key=lambda p: ns(ours + p))
+        count = f"{len(points)} points" if len(points) > 1 else "1 point"
+        label = f"{label}, worst of {count} ({worst[1:]})"
+        ours, peer = ours + worst, peer + worst if peer else None
     if ours not in medians or (peer and peer not in medians):
         print(f"| {label} | not run | | | | no |")
         continue

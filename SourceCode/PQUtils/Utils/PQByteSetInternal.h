@@ -1,7 +1,8 @@
 #pragma once
 
-// The block scanner: finds a few byte values 16 bytes at a time. The only
-// place where the library uses vector instructions; not installed.
+// The block scanner: finds a few byte values 16 bytes at a time. With the
+// Base64 encoder (PQBase64.cpp), the only place where the library uses
+// vector instructions; not installed.
 
 #include <array>
 #include <bit>
@@ -48,6 +49,11 @@ public:
         return static_cast<std::size_t>(std::countr_zero(m_bits)) / Stride;
     }
     constexpr void dropFirst() noexcept { m_bits &= m_bits - 1; }
+    // Drops the hits before index `end` of the block (any number).
+    constexpr void dropBefore(std::size_t end) noexcept {
+        const std::size_t bit = end * Stride;
+        m_bits &= bit >= 64 ? 0 : ~std::uint64_t{0} << bit;
+    }
     [[nodiscard]] constexpr std::size_t size() const noexcept {
         return static_cast<std::size_t>(std::popcount(m_bits));
     }
@@ -135,6 +141,30 @@ public:
                 bits |= std::uint64_t{contains(block[k])} << k;
             }
             return BlockHits<1>(bits);
+        }
+    }
+
+    // Whether any of the Blocks * kBlock bytes at `block` is in the set: one
+    // test for several blocks, so that a walk over text where the set is
+    // rare branches once per few blocks.
+    template <std::size_t Blocks, BlockPath Path = kNativePath>
+    [[nodiscard]] bool anyIn(const char* block) const noexcept {
+        static_assert(Path == BlockPath::portable || kHasVectorPath);
+#if defined(PQ_BLOCK_SCAN_VECTOR)
+        if constexpr (Path == BlockPath::vector) {
+            vec::Lanes hits = matches(vec::load(block));
+            for (std::size_t k = 1; k < Blocks; ++k) {
+                hits = vec::either(hits, matches(vec::load(block + k * kBlock)));
+            }
+            return vec::hitBits(hits) != 0;
+        } else
+#endif
+        {
+            bool any = false;
+            for (std::size_t k = 0; k < Blocks * kBlock; ++k) {
+                any |= contains(block[k]);
+            }
+            return any;
         }
     }
 

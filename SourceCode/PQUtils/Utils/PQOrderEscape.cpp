@@ -1,12 +1,15 @@
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstring>
 #include <optional>
+#include <type_traits>
 #include <vector>
 
 #include "PQUtils/Utils/PQByteSearchInternal.h"
 #include "PQUtils/Utils/PQByteSetInternal.h"
 #include "PQUtils/Utils/PQOrderEscapeInternal.h"
+#include "PQUtils/Utils/PQSecureMemory.h"
 
 namespace PQ_UTILS::internal {
 namespace {
@@ -42,77 +45,150 @@ constexpr std::array<Replacement, 256> kReplacementOf = [] {
     return table;
 }();
 
+// Written so as to compile to selects: whether a "/" is paired is as
+// unpredictable as the text.
+const Replacement& replacementAt(std::string_view value, std::size_t i) {
+    const char next = i + 1 < value.size() ? value[i + 1] : '\0';
+    const bool pair = (value[i] == '/') & (next == '/');
+    const Replacement* const single = &kReplacementOf[static_cast<unsigned char>(value[i])];
+    return *(pair ? &kDoubleSlashReplacement : single);
+}
+
+// The bytes the bound counts, and the bytes the walk stops at: those and
+// the zero byte, after which a value is copied as it is.
 constexpr ByteSet kOrderSpecials("=&/");
 constexpr ByteSet kJsonOrderSpecials("=&/\n");
+constexpr ByteSet kOrderStops("=&/\0");
+constexpr ByteSet kJsonOrderStops("=&/\n\0");
 
-const Replacement& replacementAt(std::string_view searched, std::size_t i) {
-    const bool pair = searched[i] == '/' && i + 1 < searched.size() && searched[i + 1] == '/';
-    return pair ? kDoubleSlashReplacement : kReplacementOf[static_cast<unsigned char>(searched[i])];
-}
+// Where the walks write: tokens and short runs go to a small buffer with
+// fixed-size copies, long runs straight from the value, and the buffer is
+// appended when nearly full. So the output is written once, with no
+// pre-filled room to overwrite and no pass to size it. The buffer holds
+// value text, which may be secret: the part of it that was used is wiped.
+class StagedOutput {
+public:
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): see m_buffer
+    explicit StagedOutput(kstring& out) noexcept : m_out(out) {}
+    StagedOutput(const StagedOutput&) = delete;
+    StagedOutput& operator=(const StagedOutput&) = delete;
+    ~StagedOutput() { secureWipe(m_buffer.data(), std::min(m_reached, m_buffer.size())); }
 
-// Writes the escaped form of `searched` to `out` and returns its size.
-// Blocks are tested at a fixed stride, so finding the next special byte
-// never waits on handling the one before, and bytes are stored a block at
-// a time: each block where it goes if nothing in it is replaced, and after
-// each replacement the block that follows it. An escaped text is never
-// shorter than what is left to read of the value, so whole-block stores and
-// padded tokens fit while 16 bytes are left; what they store past the
-// current end is overwritten next.
-template <class Specials>
-std::size_t writeEscaped(std::string_view searched, const Specials& specials, char* out) {
-    constexpr std::size_t kBlock = Specials::kBlock;
-    const char* const in = searched.data();
-    const std::size_t size = searched.size();
-    std::size_t copied = 0;  // the bytes of `searched` before it are handled,
-    std::size_t written = 0; // and their escaped form is this long
-    // Stores the bytes from `from` (at or after `copied`) on, unchanged.
-    const auto storeBlock = [&](std::size_t from) {
-        char* const to = out + written + (from - copied);
-        std::memcpy(to, in + from, kBlock);
-    };
-    const auto storeRest = [&](std::size_t from) {
-        if (size - from >= kBlock) {
-            storeBlock(from);
-        } else {
-            std::memcpy(out + written + (from - copied), in + from, size - from);
+    // When 64 bytes from `from` and 15 past the run can be read
+    // (`readAhead`), a short run is copied in 16-byte pieces, the first four
+    // always, so that most runs take no branch on their length; what is
+    // stored past the run is overwritten next.
+    void run(const char* from, std::size_t size, bool readAhead) {
+        if (!readAhead || size > kDirect || m_used + size > kRoom) {
+            runExactly(from, size);
+            return;
         }
-    };
-    const auto replace = [&](std::size_t at) {
-        if (at < copied) {
-            return; // the second "/" of a pair
+        char* const to = m_buffer.data() + m_used;
+        std::memcpy(to, from, kAlways);
+        for (std::size_t k = kAlways; k < size; k += kChunk) {
+            std::memcpy(to + k, from + k, kChunk);
         }
-        const Replacement& replacement = replacementAt(searched, at);
-        char* const to = out + written + (at - copied);
-        if (size - at >= kBlock) {
-            std::memcpy(to, replacement.text.data(), replacement.text.size());
-        } else {
-            std::memcpy(to, replacement.text.data(), replacement.size);
+        m_used += size;
+        m_reached = std::max(m_reached, m_used + kAlways);
+    }
+    void runExactly(const char* from, std::size_t size) {
+        if (size > kDirect) {
+            flush();
+            m_out.append(from, size);
+            return;
         }
-        written += at - copied + replacement.size;
+        if (m_used + size > kRoom) {
+            flush();
+        }
+        std::memcpy(m_buffer.data() + m_used, from, size);
+        m_used += size;
+        m_reached = std::max(m_reached, m_used);
+    }
+    // The first `size` bytes of `padded` (stored whole, the rest overwritten
+    // next).
+    void token(const std::array<char, 8>& padded, std::size_t size) {
+        if (m_used + padded.size() > kRoom) {
+            flush();
+        }
+        std::memcpy(m_buffer.data() + m_used, padded.data(), padded.size());
+        m_used += size;
+        m_reached = std::max(m_reached, m_used + padded.size());
+    }
+    void flush() {
+        m_out.append(m_buffer.data(), m_used);
+        m_used = 0;
+    }
+
+private:
+    static constexpr std::size_t kRoom = 2048;
+    static constexpr std::size_t kDirect = 128; // a longer run skips the buffer
+    static constexpr std::size_t kChunk = 16;
+    static constexpr std::size_t kAlways = 64; // copied of every run read ahead
+    kstring& m_out;
+    // Left unfilled: only what was written is read, appended or wiped.
+    std::array<char, kRoom + kAlways> m_buffer;
+    std::size_t m_used = 0;
+    std::size_t m_reached = 0; // wiped on the way out
+};
+
+// Writes the escaped form of `value` up to its first zero byte, and the
+// rest as it is. Groups of four blocks are tested at once and skipped when
+// clean: their bytes go out with the run they belong to.
+template <BlockPath Path, class Stops>
+void writeEscaped(std::string_view value, const Stops& stops, StagedOutput& out) {
+    constexpr std::size_t kBlock = Stops::kBlock;
+    constexpr std::size_t kGroup = 4 * kBlock;
+    const char* const in = value.data();
+    const std::size_t size = value.size();
+    std::size_t copied = 0; // the bytes before it are written
+    // False at the zero byte, where escaping ends.
+    const auto handle = [&](std::size_t at) {
+        if (in[at] == '\0') {
+            return false;
+        }
+        const Replacement& replacement = replacementAt(value, at);
+        out.run(in + copied, at - copied, at + kGroup <= size);
+        out.token(replacement.text, replacement.size);
         copied = at + replacement.consumed;
-        storeRest(copied);
+        return true;
     };
+    // The second "/" of a pair, in this block or the next, is dropped with
+    // the first. Inlined: left to itself, the compiler calls it for every
+    // block of a group that has a hit.
+    const auto handleBlock = [&](std::size_t block) __attribute__((always_inline)) {
+        auto hits = stops.template blockHits<Path>(in + block);
+        for (hits.dropBefore(copied > block ? copied - block : 0); !hits.empty();
+             hits.dropBefore(copied > block ? copied - block : 0)) {
+            if (!handle(block + hits.first())) {
+                return false;
+            }
+            hits.dropFirst();
+        }
+        return true;
+    };
+    bool open = true;
     std::size_t i = 0;
-    for (; i + kBlock <= size; i += kBlock) {
-        storeRest(std::max(i, copied));
-        for (auto hits = specials.blockHits(in + i); !hits.empty(); hits.dropFirst()) {
-            replace(i + hits.first());
+    for (; open && i + kGroup <= size; i += kGroup) {
+        if (stops.template anyIn<4, Path>(in + i)) {
+            for (std::size_t block = i; open && block < i + kGroup; block += kBlock) {
+                open = handleBlock(block);
+            }
         }
     }
-    if (i < size) {
-        storeRest(std::max(i, copied));
+    for (; open && i + kBlock <= size; i += kBlock) {
+        open = handleBlock(i);
     }
-    for (; i < size; ++i) {
-        if (specials.contains(in[i])) {
-            replace(i);
+    for (; open && i < size; ++i) {
+        if (i >= copied && stops.contains(in[i])) {
+            open = handle(i);
         }
     }
-    return written + size - copied;
+    out.runExactly(in + copied, size - copied);
 }
 
-// Runs `walk` with the special bytes of the value's kind.
-template <class Walk> auto withSpecials(bool lineFeeds, Walk walk) {
-    return lineFeeds ? walk(kJsonOrderSpecials) : walk(kOrderSpecials);
+// Runs `walk` with the stops of the value's kind.
+template <class Walk> auto withStops(bool lineFeeds, Walk walk) {
+    return lineFeeds ? walk(kJsonOrderStops) : walk(kOrderStops);
 }
 
 // The reader's three passes in one walk. Every token starts and ends with
@@ -128,11 +204,26 @@ struct TokenAt {
     std::size_t row; // in kOrderEscapes
 };
 
-std::optional<TokenAt> orderTokenAt(std::string_view text, std::size_t pos) {
+// The token that starts at `pos`, if any. The rows' tokens differ at their
+// third byte, so that byte picks the one row to compare.
+constexpr std::array<std::uint8_t, 256> kRowOfThirdByte = [] {
+    std::array<std::uint8_t, 256> table{};
+    table.fill(kOrderEscapes.size());
     for (std::size_t row = 0; row < kOrderEscapes.size(); ++row) {
-        if (text.substr(pos, kOrderEscapes[row].token.size()) == kOrderEscapes[row].token) {
-            return TokenAt{pos, row};
-        }
+        table[static_cast<unsigned char>(kOrderEscapes[row].token[2])] =
+            static_cast<std::uint8_t>(row);
+    }
+    return table;
+}();
+
+std::optional<TokenAt> orderTokenAt(std::string_view text, std::size_t pos) {
+    if (text.size() - pos < 7 || text[pos + 1] != '-') {
+        return std::nullopt; // 7: the shortest token
+    }
+    const std::size_t row = kRowOfThirdByte[static_cast<unsigned char>(text[pos + 2])];
+    if (row < kOrderEscapes.size() &&
+        text.substr(pos, kOrderEscapes[row].token.size()) == kOrderEscapes[row].token) {
+        return TokenAt{pos, row};
     }
     return std::nullopt;
 }
@@ -144,6 +235,13 @@ std::size_t tokenEnd(const TokenAt& token) {
 // The token that overlaps the end of `token`, if any.
 std::optional<TokenAt> overlappingToken(std::string_view text, const TokenAt& token) {
     const std::size_t end = tokenEnd(token);
+    // One that starts at end - 2 has its third byte at end, one that starts
+    // at end - 1 its second: a token's letter or a dash.
+    if (end == text.size() ||
+        (text[end] != '-' &&
+         kRowOfThirdByte[static_cast<unsigned char>(text[end])] == kOrderEscapes.size())) {
+        return std::nullopt;
+    }
     if (auto next = orderTokenAt(text, end - 2)) {
         return next;
     }
@@ -165,34 +263,48 @@ void chooseInChain(const std::vector<TokenAt>& chain, std::vector<bool>& restore
 
 constexpr ByteSet kDash("-");
 
-} // namespace
+// The characters each row's token stands for, padded for one store.
+constexpr std::array<Replacement, kOrderEscapes.size()> kRestoredOf = [] {
+    std::array<Replacement, kOrderEscapes.size()> table{};
+    for (std::size_t row = 0; row < table.size(); ++row) {
+        table[row] = replacementOf(kOrderEscapes[row].character, 0);
+    }
+    return table;
+}();
 
-void appendOrderUnescaped(kstring& out, std::string_view value) {
-    const std::string_view searched = untilZero(value.data(), value.size());
-    std::size_t copied = 0;
+// The reader's walk over `searched` (the value up to its first zero byte):
+// each dash is found a block at a time, groups of four clean blocks passed
+// over at once, and the token there, if any, restored.
+template <BlockPath Path> void writeUnescaped(std::string_view searched, StagedOutput& out) {
+    constexpr std::size_t kBlock = decltype(kDash)::kBlock;
+    constexpr std::size_t kGroup = 4 * kBlock;
+    std::size_t copied = 0; // the bytes before it are written
+    std::size_t next = 0;   // the walk looks for tokens from here on
     const auto restore = [&](const TokenAt& token) {
-        out.append(value.substr(copied, token.start - copied))
-            .append(kOrderEscapes[token.row].character);
+        out.run(searched.data() + copied, token.start - copied,
+                token.start + kGroup <= searched.size());
+        out.token(kRestoredOf[token.row].text, kRestoredOf[token.row].size);
         copied = tokenEnd(token);
     };
     std::vector<TokenAt> chain;
     std::vector<bool> restored;
-    for (std::size_t pos = kDash.find(searched); pos != std::string_view::npos;
-         pos = kDash.find(searched, pos)) {
+    const auto handle = [&](std::size_t pos) {
+        if (pos < next) {
+            return;
+        }
         const std::optional<TokenAt> first = orderTokenAt(searched, pos);
         if (!first) {
-            ++pos;
-            continue;
+            return;
         }
-        std::optional<TokenAt> next = overlappingToken(searched, *first);
-        if (!next) { // alone, as nearly every token is
+        std::optional<TokenAt> following = overlappingToken(searched, *first);
+        if (!following) { // alone, as nearly every token is
             restore(*first);
-            pos = copied;
-            continue;
+            next = copied;
+            return;
         }
-        chain.assign({*first, *next});
-        while ((next = overlappingToken(searched, chain.back()))) {
-            chain.push_back(*next);
+        chain.assign({*first, *following});
+        while ((following = overlappingToken(searched, chain.back()))) {
+            chain.push_back(*following);
         }
         chooseInChain(chain, restored);
         for (std::size_t i = 0; i < chain.size(); ++i) {
@@ -200,31 +312,82 @@ void appendOrderUnescaped(kstring& out, std::string_view value) {
                 restore(chain[i]);
             }
         }
-        pos = tokenEnd(chain.back());
+        next = tokenEnd(chain.back());
+    };
+    const char* const in = searched.data();
+    const std::size_t size = searched.size();
+    const auto handleBlock = [&](std::size_t block) {
+        // The dashes of a restored token, in this block or the next, are
+        // dropped with it.
+        auto hits = kDash.blockHits<Path>(in + block);
+        for (hits.dropBefore(next > block ? next - block : 0); !hits.empty();
+             hits.dropBefore(next > block ? next - block : 0)) {
+            handle(block + hits.first());
+            hits.dropFirst();
+        }
+    };
+    std::size_t i = 0;
+    for (; i + kGroup <= size; i += kGroup) {
+        if (kDash.anyIn<4, Path>(in + i)) {
+            for (std::size_t block = i; block < i + kGroup; block += kBlock) {
+                handleBlock(block);
+            }
+        }
     }
-    out.append(value.substr(copied));
+    for (; i + kBlock <= size; i += kBlock) {
+        handleBlock(i);
+    }
+    for (; i < size; ++i) {
+        if (in[i] == '-') {
+            handle(i);
+        }
+    }
+    out.runExactly(in + copied, size - copied);
+}
+
+// The walk on the path asked for.
+template <class Walk> void onPath(BlockPath path, Walk walk) {
+    if constexpr (kHasVectorPath) {
+        if (path == BlockPath::vector) {
+            walk(std::integral_constant<BlockPath, kNativePath>());
+            return;
+        }
+    }
+    walk(std::integral_constant<BlockPath, BlockPath::portable>());
+}
+
+} // namespace
+
+void appendOrderUnescaped(kstring& out, std::string_view value, BlockPath path) {
+    const std::string_view searched = untilZero(value.data(), value.size());
+    {
+        StagedOutput staged(out);
+        onPath(path, [&](auto onIt) { writeUnescaped<decltype(onIt)::value>(searched, staged); });
+        staged.flush();
+    }
+    out.append(value.substr(searched.size()));
 }
 
 std::size_t orderEscapedBound(std::string_view value, bool lineFeeds) noexcept {
     // No special byte grows by more than kGrowth: "=" and "&" by 6, a line
     // feed by 7, each "/" of a pair by 3 (and a lone one by nothing).
+    // Bytes after a zero byte are counted too, though they are copied as
+    // they are: a looser bound, and no pass to find the zero.
     constexpr std::size_t kGrowth = 7;
-    const std::string_view searched = untilZero(value.data(), value.size());
-    return value.size() + kGrowth * withSpecials(lineFeeds, [&](const auto& specials) {
-                              return specials.count(searched);
-                          });
+    return value.size() +
+           kGrowth * (lineFeeds ? kJsonOrderSpecials.count(value) : kOrderSpecials.count(value));
 }
 
-void appendOrderEscaped(kstring& out, std::string_view value, std::size_t bound, bool lineFeeds) {
-    const std::string_view searched = untilZero(value.data(), value.size());
-    const std::size_t start = out.size();
-    out.resize(start + bound);
-    char* const escaped = out.data() + start;
-    const std::size_t written = withSpecials(
-        lineFeeds, [&](const auto& specials) { return writeEscaped(searched, specials, escaped); });
-    value.remove_prefix(searched.size());
-    std::memcpy(escaped + written, value.data(), value.size());
-    out.resize(start + written + value.size());
+void appendOrderEscaped(kstring& out, std::string_view value, std::size_t room, bool lineFeeds,
+                        BlockPath path) {
+    out.reserve(out.size() + room);
+    StagedOutput staged(out);
+    onPath(path, [&](auto onIt) {
+        withStops(lineFeeds, [&](const auto& stops) {
+            writeEscaped<decltype(onIt)::value>(value, stops, staged);
+        });
+    });
+    staged.flush();
 }
 
 } // namespace PQ_UTILS::internal

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include "PQUtils/Utils/PQByteSetInternal.h"
 #include "PQUtils/Utils/PQUtilsTypes.h"
 
 namespace PQ_UTILS::internal {
@@ -38,20 +39,21 @@ inline constexpr std::array<EscapeToken, 3> kOrderEscapes{kEquals, kAmpersand, k
 // `lineFeeds`, a line feed also becomes "--endl--" (as replace_pq would make
 // it after the three others), for JSON text sent in an order.
 // orderEscapedBound is a bound on the bytes appended: each special byte
-// counted as growing by 7, the most any does ("=" and "&" grow by 6), so it
-// is close for ordinary text. Counting is several times faster than
-// escaping, and sizing the buffer this way spares a second walk.
-// appendOrderEscaped needs the bound, and
-// enlarges `out` by at most this much: a caller that reserves the sum of
-// the bounds never has its text moved, and so never leaves a copy unwiped.
+// (even after a zero byte) counted as growing by 7, the most any does ("="
+// and "&" grow by 6).
+// appendOrderEscaped first makes room for `room` more bytes in `out`: a
+// caller that reserves the sum of the bounds, or passes the bound, never has
+// its text moved, and so never leaves a copy unwiped. A smaller `room` is a
+// guess, and the text grows as it must. `path` is for the tests, which run
+// the block scanner's paths side by side.
 [[nodiscard]] std::size_t orderEscapedBound(std::string_view value,
                                             bool lineFeeds = false) noexcept;
-void appendOrderEscaped(kstring& out, std::string_view value, std::size_t bound,
-                        bool lineFeeds = false);
+void appendOrderEscaped(kstring& out, std::string_view value, std::size_t room,
+                        bool lineFeeds = false, BlockPath path = kNativePath);
 // The reader's unescaping of a value, appended to `out` in one pass: the
 // same output as PQString::removePQEntities, that is "--equ--" restored
 // first, then "--amp--", then "--dbsl--", each pass over the text the one
 // before left, up to the first zero byte.
-void appendOrderUnescaped(kstring& out, std::string_view value);
+void appendOrderUnescaped(kstring& out, std::string_view value, BlockPath path = kNativePath);
 
 } // namespace PQ_UTILS::internal

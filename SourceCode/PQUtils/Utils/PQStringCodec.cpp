@@ -4,6 +4,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "PQUtils/Utils/PQBase64Internal.h"
 #include "PQUtils/Utils/PQFailure.h"
 #include "PQUtils/Utils/PQString.h"
 
@@ -11,11 +12,6 @@ namespace PQ_UTILS {
 namespace {
 
 constexpr const char* pqSourceFile = "CppLibrairies/SourceCode/PQUtils/Utils/PQString";
-
-// The standard alphabet: index 0 to 63 in a 6-bit group gives its character.
-constexpr std::string_view base64_chars =
-    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-constexpr char kBase64Pad = '=';
 
 // The cipher key. Every reader of the cipher's output shares it, so it never
 // changes. Only its first 199 bytes are used: the key repeats every
@@ -31,26 +27,6 @@ constexpr bool isAsciiAlnum(char c) {
 }
 static_assert(ks.size() == 200 && std::all_of(ks.begin(), ks.end(), isAsciiAlnum),
               "the key is 200 ASCII letters and digits");
-
-// The two characters of each 12-bit half of a 3-byte group: one look-up
-// writes two characters.
-constexpr std::array<std::array<char, 2>, 4096> kBase64Pairs = [] {
-    std::array<std::array<char, 2>, 4096> table{};
-    for (std::size_t bits = 0; bits < table.size(); ++bits) {
-        table[bits] = {base64_chars[bits >> 6U], base64_chars[bits & 0x3FU]};
-    }
-    return table;
-}();
-
-// Writes the Base64 of a group of `bytes` (1 to 3) bytes packed big-endian
-// in the low 24 bits of `group`, the missing ones zero: bytes + 1 characters,
-// then the pad up to four.
-char* writeGroup(char* out, std::uint32_t group, std::size_t bytes) {
-    for (std::size_t k = 0; k < 4; ++k) {
-        out[k] = k <= bytes ? base64_chars[(group >> (18 - 6 * k)) & 0x3FU] : kBase64Pad;
-    }
-    return out + 4;
-}
 
 // The cipher key repeated to a whole number of 8-byte words, so that it is
 // applied a word at a time and each repetition starts the key afresh.
@@ -84,21 +60,9 @@ void xorWithKeyStream(char* bytes, std::size_t size) {
 std::unique_ptr<kstring> PQString::toBase64(const kstring& data, unsigned long length) try {
     PQ_ASSERT(length <= data.size());
     auto result = std::make_unique<kstring>((length + 2) / 3 * 4, '\0');
-    const auto byteAt = [&data](std::size_t i) -> std::uint32_t {
-        return static_cast<unsigned char>(data[i]);
-    };
-    char* out = result->data();
-    std::size_t i = 0;
-    for (; length - i >= 3; i += 3, out += 4) {
-        const std::uint32_t group = byteAt(i) << 16U | byteAt(i + 1) << 8U | byteAt(i + 2);
-        std::memcpy(out, kBase64Pairs[group >> 12U].data(), 2);
-        std::memcpy(out + 2, kBase64Pairs[group & 0xFFFU].data(), 2);
-    }
-    if (const std::size_t rest = length - i; rest == 2) {
-        writeGroup(out, byteAt(i) << 16U | byteAt(i + 1) << 8U, 2);
-    } else if (rest == 1) {
-        writeGroup(out, byteAt(i) << 16U, 1);
-    }
+    static const internal::Base64Path path = internal::bestBase64Path();
+    internal::encodeBase64(reinterpret_cast<const unsigned char*>(data.data()), // NOLINT
+                           length, result->data(), path);
     return result;
 }
 PQ_CATCH_AND_TREAT

@@ -1,0 +1,132 @@
+// The order writer's escaping and the reader's unescaping of a value on
+// each path of the block scanner (the vector one of this build, if any, and
+// the portable one): the same bytes as the single-token passes, on random
+// text of every density of special bytes, at every alignment and tail
+// length, with runs of specials and tokens glued into chains.
+
+#include <cstddef>
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "PQUtils/Utils/PQOrderEscapeInternal.h"
+#include "PQUtils/Utils/PQString.h"
+
+using PQ_UTILS::kstring;
+using PQ_UTILS::PQString;
+using PQ_UTILS::internal::BlockPath;
+
+namespace {
+
+std::vector<BlockPath> paths() {
+    std::vector<BlockPath> all{BlockPath::portable};
+    if (PQ_UTILS::internal::kHasVectorPath) {
+        all.push_back(BlockPath::vector);
+    }
+    return all;
+}
+
+kstring escapedInPasses(const kstring& value, bool lineFeeds) {
+    kstring text =
+        *PQString::removeDbleSlashes(*PQString::removeAmpersand(*PQString::removeEquals(value)));
+    if (lineFeeds) {
+        PQString::self_replace(text, "\n", "--endl--");
+    }
+    return text;
+}
+
+kstring unescapedInPasses(const kstring& text) {
+    return *PQString::restoreDbleSlashes(
+        *PQString::restoreAmpersand(*PQString::restoreEquals(text)));
+}
+
+// Text of `size` bytes after `align` bytes of padding, with about
+// `density` of its pieces special: escaped bytes alone and in runs,
+// tokens, parts of tokens and dashes, which chain when glued together.
+std::string randomText(std::mt19937& random, double density, std::size_t size, std::size_t align) {
+    static const std::vector<std::string> specials = {
+        "=",    "&",       "/",        "//",     "///",   "\n", "--", "-", "--equ--",
+        "equ-", "--amp--", "--dbsl--", "--dbsl", "amp--", "d",  "e",  "a"};
+    std::string text(align, '.');
+    std::bernoulli_distribution special(density);
+    while (text.size() < align + size) {
+        if (special(random)) {
+            text += specials[random() % specials.size()];
+        } else {
+            text += static_cast<char>('b' + random() % 24);
+        }
+    }
+    text.resize(align + size);
+    return text;
+}
+
+TEST(PQOrderEscape, EveryPathEqualsThePasses) {
+    std::mt19937 random(23);
+    for (const double density : {0.0, 0.005, 0.02, 0.1, 0.5, 1.0}) {
+        for (const std::size_t size : {0, 1, 7, 15, 16, 17, 63, 64, 65, 100, 130, 300, 5000}) {
+            for (std::size_t align = 0; align < 16; align += 3) {
+                const std::string buffer = randomText(random, density, size, align);
+                const std::string_view value = std::string_view(buffer).substr(align);
+                SCOPED_TRACE(testing::Message() << "density " << density << ", size " << size
+                                                << ", alignment " << align << ": " << value);
+                for (const bool lineFeeds : {false, true}) {
+                    const kstring expected = escapedInPasses(kstring(value), lineFeeds);
+                    for (const BlockPath path : paths()) {
+                        kstring escaped = "prefix";
+                        PQ_UTILS::internal::appendOrderEscaped(escaped, value, 0, lineFeeds, path);
+                        ASSERT_EQ(escaped, "prefix" + expected) << static_cast<int>(path);
+                    }
+                }
+                const kstring expected = unescapedInPasses(kstring(value));
+                for (const BlockPath path : paths()) {
+                    kstring unescaped = "prefix";
+                    PQ_UTILS::internal::appendOrderUnescaped(unescaped, value, path);
+                    ASSERT_EQ(unescaped, "prefix" + expected) << static_cast<int>(path);
+                }
+            }
+        }
+    }
+}
+
+TEST(PQOrderEscape, AZeroByteEndsTheEscapingOnEveryPath) {
+    // The zero byte in every place of a block, specials on both sides.
+    for (std::size_t at = 0; at < 80; ++at) {
+        std::string value(80, 'x');
+        for (std::size_t k = 0; k < value.size(); k += 5) {
+            value[k] = k % 10 == 0 ? '=' : '/';
+        }
+        value[at] = '\0';
+        const std::string_view before(value.data(), at);
+        const kstring expected = escapedInPasses(kstring(before), false) + value.substr(at);
+        for (const BlockPath path : paths()) {
+            kstring escaped;
+            PQ_UTILS::internal::appendOrderEscaped(escaped, value, 0, false, path);
+            ASSERT_EQ(escaped, expected) << "zero at " << at;
+            kstring unescaped;
+            PQ_UTILS::internal::appendOrderUnescaped(unescaped, expected, path);
+            EXPECT_EQ(unescaped, unescapedInPasses(kstring(expected))) << "zero at " << at;
+        }
+    }
+}
+
+TEST(PQOrderEscape, RoomOfTheBoundKeepsTheTextInPlace) {
+    // The writer reserves the bounds once: the text must never move, or a
+    // copy of it would be left unwiped.
+    std::mt19937 random(5);
+    for (const double density : {0.0, 0.1, 1.0}) {
+        std::string value = randomText(random, density, 3000, 0);
+        value[1500] = '\0'; // what follows is copied, not escaped
+        kstring text = "action=x&k=";
+        const std::size_t bound = PQ_UTILS::internal::orderEscapedBound(value);
+        text.reserve(text.size() + bound);
+        const char* const before = text.data();
+        PQ_UTILS::internal::appendOrderEscaped(text, value, bound);
+        EXPECT_EQ(text.data(), before) << density;
+        EXPECT_LE(text.size(), 11 + bound);
+    }
+}
+
+} // namespace
