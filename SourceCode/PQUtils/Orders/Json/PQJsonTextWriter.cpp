@@ -13,6 +13,7 @@
 #include "PQUtils/Orders/Json/PQJsonObject.h"
 #include "PQUtils/Orders/Json/PQJsonOrder.h"
 #include "PQUtils/Orders/Json/PQJsonString.h"
+#include "PQUtils/Orders/PQOrder_p.h"
 #include "PQUtils/Utils/PQByteSetInternal.h"
 #include "PQUtils/Utils/PQFailure.h"
 
@@ -216,10 +217,16 @@ private:
         return std::nullopt;
     }
 
+    // A node's pieces, read in place (the walk visits every node).
+    static const std::vector<std::unique_ptr<PQOrderPiece>>&
+    piecesOf(const PQOrder& node) noexcept {
+        return node.m_pPrivateImp->m_listOrderPiece;
+    }
+
     // A string node is written whole: each piece's raw text.
     void writeString(const PQOrder& node) {
         m_sink.append("\"");
-        for (const std::unique_ptr<PQOrderPiece>& piece : node.get_listOrderPiece()) {
+        for (const std::unique_ptr<PQOrderPiece>& piece : piecesOf(node)) {
             if (piece->get_orderPieceType() == PQOrderPiece::TYPE_STRING) {
                 m_sink.appendValue(Writer::stored(*piece));
             } else {
@@ -239,7 +246,7 @@ private:
             constexpr std::size_t kUsualDepth = 8;
             m_open.reserve(kUsualDepth);
         }
-        m_open.push_back({&node.get_listOrderPiece(), shape, 0});
+        m_open.push_back({&piecesOf(node), shape, 0});
     }
 
     // Writes the next piece of the innermost container, or closes it.
@@ -266,7 +273,11 @@ private:
             m_sink.append(Writer::stored(piece));
             return;
         }
-        const PQOrder& child = piece.nestedOrder(m_function);
+        // The usual case read in place; anything else fails in nestedOrder.
+        const PQOrder* const nested = piece.m_orderPieceValue.get();
+        const PQOrder& child = nested != nullptr && nested->m_pPrivateImp->m_initialized
+                                   ? *nested
+                                   : piece.nestedOrder(m_function);
         if (const std::optional<Shape> childShape = shapeOf(child)) {
             enter(child, *childShape);
         } else {
