@@ -78,7 +78,7 @@ struct SharedStore {
 // Never destroyed: objects of static storage may give blocks back during
 // the exit, after every destructor that could have run before.
 SharedStore& shared() {
-    static SharedStore* const store = new SharedStore; // NOLINT(cppcoreguidelines-owning-memory)
+    static auto* const store = new SharedStore; // NOLINT(cppcoreguidelines-owning-memory)
     return *store;
 }
 
@@ -193,7 +193,7 @@ void poolRelease(void* block, std::size_t size) noexcept {
         return;
     }
     if (size > kPoolMaxBlock) {
-        ::operator delete(block, size);
+        ::operator delete(block); // the unsized form: Clang declares the sized one only when asked
         return;
     }
     const std::size_t sizeClass = classOf(size);
