@@ -64,11 +64,12 @@ struct SharedStore {
     // Called with the lock held.
     void carve(std::size_t sizeClass, void** out) {
         const std::size_t blockSize = blockSizeOf(sizeClass);
+        const std::size_t chunkSize = kBatch * blockSize;
         chunks.reserve(chunks.size() + 1);
-        auto* const chunk = static_cast<unsigned char*>(::operator new(kBatch* blockSize));
+        auto* const chunk = static_cast<unsigned char*>(::operator new(chunkSize));
         chunks.push_back(chunk);
-        std::memset(chunk, 0, kBatch * blockSize);
-        poison(chunk, kBatch * blockSize);
+        std::memset(chunk, 0, chunkSize);
+        poison(chunk, chunkSize);
         for (std::size_t i = 0; i < kBatch; ++i) {
             out[i] = chunk + (kBatch - 1 - i) * blockSize; // handed out lowest first
         }
@@ -101,7 +102,7 @@ struct ThreadCache {
                         kBatch * sizeof(void*));
             from.resize(from.size() - kBatch);
         } else {
-            store.carve(sizeClass, blocks[sizeClass].data() + 0);
+            store.carve(sizeClass, blocks[sizeClass].data());
         }
         count[sizeClass] = kBatch;
     }
