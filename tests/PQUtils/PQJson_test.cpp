@@ -395,3 +395,25 @@ TEST(PQJson, RenderedTreesAreValidJsonToAnIndependentParser) {
         EXPECT_EQ(Json::parse(json), expected) << json;
     }
 }
+
+// The writer guesses its first room from the root's pieces and doubles it
+// when it runs out: texts just under, at and over the guess, and far over,
+// come out whole, also after text already in the output.
+TEST(PQJson, RenderingGrowsPastItsFirstRoom) {
+    for (const std::size_t length : {0, 50, 56, 57, 58, 63, 64, 65, 200, 100000}) {
+        for (const std::string_view before : {"", "already here "}) {
+            std::string value(length, 'v');
+            for (std::size_t i = 0; i < length; i += 7) {
+                value[i] = "\"\\\n"[i % 3];
+            }
+            PQJsonObject object;
+            object.addValue("k", value);
+            PQSourceOrderPieceWrapper out;
+            out.append(before);
+            object.get_localOrderString(out);
+            EXPECT_EQ(*out.getStringSource(),
+                      std::string(before) + "{\"k\":\"" + escapedInPasses(value) + "\"}")
+                << length;
+        }
+    }
+}

@@ -3,6 +3,10 @@
 // Built again under ThreadSanitizer (the tsan preset), where a data race
 // fails the run.
 
+#include <condition_variable>
+#include <deque>
+#include <memory>
+#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -55,4 +59,66 @@ TEST(PQThreads, LogThrowAndParseFromManyThreadsAtOnce) {
     }
     // Per round: the record, the failure's treatment, the malformed piece.
     EXPECT_GE(log.count(), static_cast<std::size_t>(kThreads * kRounds * 3));
+}
+
+// Orders (their state, pieces and texts come from per-thread pools) built on
+// some threads and freed on another, while that one builds and frees its
+// own: the blocks move between threads through the shared store.
+TEST(PQThreads, OrdersBuiltOnOneThreadAndFreedOnAnother) {
+    constexpr int kBuilders = 2;
+    constexpr int kOrdersEach = 300;
+    std::mutex lock;
+    std::condition_variable ready;
+    std::deque<std::unique_ptr<PQOrder>> handedOver;
+    int buildersLeft = kBuilders;
+
+    std::vector<std::thread> builders;
+    builders.reserve(kBuilders);
+    for (int b = 0; b < kBuilders; ++b) {
+        builders.emplace_back([&, b] {
+            for (int i = 0; i < kOrdersEach; ++i) {
+                auto order =
+                    std::make_unique<PQOrder>(PQReceivedOrderType_log, PQOrderType_ORDER_NORMAL);
+                for (int p = 0; p < 10; ++p) {
+                    order->add_orderPiece("k" + std::to_string(p),
+                                          "secret value " + std::to_string(b * 100000 + i));
+                }
+                const std::lock_guard<std::mutex> guard(lock);
+                handedOver.push_back(std::move(order));
+                ready.notify_one();
+            }
+            const std::lock_guard<std::mutex> guard(lock);
+            --buildersLeft;
+            ready.notify_one();
+        });
+    }
+
+    int freed = 0;
+    int checked = 0;
+    std::thread freer([&] {
+        for (;;) {
+            std::unique_ptr<PQOrder> order;
+            {
+                std::unique_lock<std::mutex> guard(lock);
+                ready.wait(guard, [&] { return !handedOver.empty() || buildersLeft == 0; });
+                if (handedOver.empty()) {
+                    return;
+                }
+                order = std::move(handedOver.front());
+                handedOver.pop_front();
+            }
+            // Each order arrives whole, then dies here; meanwhile this thread
+            // takes blocks of its own.
+            const PQSecuredString text = order->get_orderString();
+            checked += text.getStringSource()->find("k9=secret value ") != kstring::npos ? 1 : 0;
+            order.reset();
+            ++freed;
+        }
+    });
+    for (std::thread& builder : builders) {
+        builder.join();
+    }
+    freer.join();
+    EXPECT_EQ(freed, kBuilders * kOrdersEach);
+    EXPECT_EQ(checked, freed);
 }

@@ -11,6 +11,7 @@
 #include "PQDebug/PQDebugString.h"
 #include "PQDebug/Resources/PQConst.h"
 #include "PQUtils/Orders/PQOrder_p.h"
+#include "PQUtils/Utils/PQBlockPoolInternal.h"
 #include "PQUtils/Utils/PQFailure.h"
 #include "PQUtils/Utils/PQOrderEscapeInternal.h"
 #include "PQUtils/Utils/PQSecureMemory.h"
@@ -69,6 +70,8 @@ PQOrder_p::PQOrder_p(PQOrder* publicImp, PQReceivedOrderType action, PQOrderType
 PQ_CATCH_AND_TREAT
 
 PQOrder_p::~PQOrder_p() = default;
+
+PQ_POOLED_ALLOCATION_OF(PQOrder_p)
 
 PQOrder::PQOrder(PQOrderType type) : PQOrder(PQReceivedOrderType_NO_TYPE, type) {}
 

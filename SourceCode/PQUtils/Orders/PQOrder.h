@@ -91,6 +91,8 @@ class PQOrder : public PQIdentifiable {
     [[nodiscard]] PQOrderType get_orderType() const;
 
 private:
+    friend class PQJsonOrder; // its writer reads the state of every node in place
+
     // Logs the creation or destruction of an order of the one kind whose
     // life the product traces (ORDER_CHANGELANGUAGE).
     void traceLife(const char* source, const char* verb) const;

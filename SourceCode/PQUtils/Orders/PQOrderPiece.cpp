@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "PQUtils/Orders/PQOrder.h"
+#include "PQUtils/Utils/PQBlockPoolInternal.h"
 #include "PQUtils/Utils/PQFailure.h"
 
 namespace PQ_UTILS {
@@ -42,6 +43,8 @@ PQ_CATCH_AND_TREAT
 PQOrderPiece::PQOrderPiece(PQOrderPiece&& other) noexcept = default;
 
 PQOrderPiece::~PQOrderPiece() = default;
+
+PQ_POOLED_ALLOCATION_OF(PQOrderPiece)
 
 const PQOrder& PQOrderPiece::nestedOrder(const char* function) const {
     if (m_orderPieceType != TYPE_ORDER) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -29,6 +30,11 @@ class PQOrderPiece : public PQIdentifiable {
     PQOrderPiece& operator=(const PQOrderPiece&) = delete;
     PQOrderPiece& operator=(PQOrderPiece&&) = delete;
     ~PQOrderPiece() override;
+
+    // Pieces come from a pool of blocks rather than one heap allocation
+    // each; a block is wiped when it is given back.
+    static void* operator new(std::size_t size);
+    static void operator delete(void* block, std::size_t size) noexcept;
 
     [[nodiscard]] const std::string& get_key() const noexcept { return m_key; }
     [[nodiscard]] int get_orderPieceType() const noexcept { return m_orderPieceType; }

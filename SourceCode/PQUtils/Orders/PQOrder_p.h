@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <vector>
 
@@ -21,6 +22,10 @@ class PQOrder_p : public PQIdentifiable {
     PQOrder_p(const PQOrder_p&) = delete;
     PQOrder_p& operator=(const PQOrder_p&) = delete;
     ~PQOrder_p() override;
+
+    // From the block pool: one per order.
+    static void* operator new(std::size_t size);
+    static void operator delete(void* block, std::size_t size) noexcept;
 
     PQOrder* m_pPublicImp;
     const PQOrderType m_orderType;

@@ -106,12 +106,9 @@ protected:
     [[nodiscard]] static kstring valueText(double value);
 
 private:
-    // The two passes of render(): the first adds up the bytes of the text,
-    // the second writes them into room made once; a Walk feeds each the
-    // text of the tree.
-    class Sizer;
+    // render()'s writer, and the Walk over the tree that feeds it.
     class Writer;
-    template <class Sink> class Walk;
+    class Walk;
 };
 
 } // namespace PQ_UTILS

@@ -1,5 +1,5 @@
-// Writing a JSON tree as text: the walk over the tree, and the two passes
-// that it runs (one sizes the text, one writes it).
+// Writing a JSON tree as text: the walk over the tree, and the writer that
+// it feeds.
 
 #include <algorithm>
 #include <array>
@@ -13,6 +13,7 @@
 #include "PQUtils/Orders/Json/PQJsonObject.h"
 #include "PQUtils/Orders/Json/PQJsonOrder.h"
 #include "PQUtils/Orders/Json/PQJsonString.h"
+#include "PQUtils/Orders/PQOrder_p.h"
 #include "PQUtils/Utils/PQByteSetInternal.h"
 #include "PQUtils/Utils/PQFailure.h"
 
@@ -44,36 +45,10 @@ static_assert(std::all_of(internal::kJsonEscapes.begin(), internal::kJsonEscapes
 
 } // namespace
 
-// The first pass: adds up the bytes that the second writes. What it cannot
-// know without running other code (a node of a derived class, the
-// rendering of a nested order inside a string) counts for nothing: the
-// writer grows for it.
-class PQJsonOrder::Sizer {
-public:
-    explicit Sizer(bool escape) noexcept : m_escape(escape) {}
-
-    [[nodiscard]] std::size_t size() const noexcept { return m_size; }
-
-    void append(std::string_view text) noexcept { m_size += text.size(); }
-    void appendValue(std::string_view text) noexcept {
-        m_size += text.size() + (m_escape ? kToEscape.count(text) : 0);
-    }
-    [[nodiscard]] static std::string_view stored(const PQOrderPiece& piece) noexcept {
-        const kstring* const text = storedText(piece);
-        return text == nullptr ? std::string_view() : std::string_view(*text);
-    }
-    void appendRendered(const PQOrderPiece& /*piece*/) noexcept {}
-    void renderItself(const PQOrder& /*node*/) noexcept {}
-
-private:
-    bool m_escape;
-    std::size_t m_size = 0;
-};
-
-// The second pass: writes into the text of `out` through a cursor, in the
-// room made for it. Should that run out, the text moves to a larger buffer
-// (the old one wiped), the room made each time at least as large as what
-// was written since the last, so that filling it costs linear time. What was
+// Writes into the text of `out` through a cursor, in the room made for it.
+// Should that run out, the text moves to a larger buffer (the old one
+// wiped), the room made each time at least as large as what was written
+// since the last, so that filling it costs linear time. What was
 // written stays in `out` when the writer goes, also on a failure.
 class PQJsonOrder::Writer {
 public:
@@ -88,6 +63,22 @@ public:
     void append(std::string_view text) {
         if (!text.empty()) {
             std::memcpy(take(text.size()), text.data(), text.size());
+        }
+    }
+    // What comes before a member: a comma unless it is the first, and in an
+    // object its key as it is, quoted, and a colon. Made in one piece of room.
+    void appendMemberStart(bool comma, bool keyed, std::string_view key) {
+        const std::size_t size = (comma ? 1 : 0) + (keyed ? key.size() + 3 : 0);
+        char* to = take(size);
+        if (comma) {
+            *to++ = ',';
+        }
+        if (keyed) {
+            *to++ = '"';
+            std::memcpy(to, key.data(), key.size());
+            to += key.size();
+            *to++ = '"';
+            *to = ':';
         }
     }
     void appendValue(std::string_view text) {
@@ -175,12 +166,12 @@ private:
     std::size_t m_opened = 0;
 };
 
-// One walk over the tree under a node, feeding its text to a pass. It keeps
+// One walk over the tree under a node, feeding its text to a writer. It keeps
 // its own stack of the containers being written, so that no depth of tree
 // costs a call frame per level.
-template <class Sink> class PQJsonOrder::Walk {
+class PQJsonOrder::Walk {
 public:
-    Walk(Sink& sink, bool escape) noexcept
+    Walk(Writer& sink, bool escape) noexcept
         : m_sink(sink), m_escape(escape),
           m_function(escape ? "get_localOrderString" : "get_localOrderString_noEscape") {}
 
@@ -226,12 +217,18 @@ private:
         return std::nullopt;
     }
 
+    // A node's pieces, read in place (the walk visits every node).
+    static const std::vector<std::unique_ptr<PQOrderPiece>>&
+    piecesOf(const PQOrder& node) noexcept {
+        return node.m_pPrivateImp->m_listOrderPiece;
+    }
+
     // A string node is written whole: each piece's raw text.
     void writeString(const PQOrder& node) {
         m_sink.append("\"");
-        for (const std::unique_ptr<PQOrderPiece>& piece : node.get_listOrderPiece()) {
+        for (const std::unique_ptr<PQOrderPiece>& piece : piecesOf(node)) {
             if (piece->get_orderPieceType() == PQOrderPiece::TYPE_STRING) {
-                m_sink.appendValue(Sink::stored(*piece));
+                m_sink.appendValue(Writer::stored(*piece));
             } else {
                 m_sink.appendRendered(*piece);
             }
@@ -249,7 +246,7 @@ private:
             constexpr std::size_t kUsualDepth = 8;
             m_open.reserve(kUsualDepth);
         }
-        m_open.push_back({&node.get_listOrderPiece(), shape, 0});
+        m_open.push_back({&piecesOf(node), shape, 0});
     }
 
     // Writes the next piece of the innermost container, or closes it.
@@ -271,19 +268,16 @@ private:
                 container == Shape::Array ? internal::kJsonArraySource : internal::kJsonOrderSource;
             throw frame::failure(kOnlyNodes, {m_function, source, __LINE__});
         }
-        if (!first) {
-            m_sink.append(",");
-        }
-        if (container != Shape::Array) {
-            m_sink.append("\"");
-            m_sink.append(piece.get_key()); // keys are written as they are
-            m_sink.append("\":");
-        }
+        m_sink.appendMemberStart(!first, container != Shape::Array, piece.get_key());
         if (!isNode) {
-            m_sink.append(Sink::stored(piece));
+            m_sink.append(Writer::stored(piece));
             return;
         }
-        const PQOrder& child = piece.nestedOrder(m_function);
+        // The usual case read in place; anything else fails in nestedOrder.
+        const PQOrder* const nested = piece.m_orderPieceValue.get();
+        const PQOrder& child = nested != nullptr && nested->m_pPrivateImp->m_initialized
+                                   ? *nested
+                                   : piece.nestedOrder(m_function);
         if (const std::optional<Shape> childShape = shapeOf(child)) {
             enter(child, *childShape);
         } else {
@@ -291,23 +285,19 @@ private:
         }
     }
 
-    Sink& m_sink;
+    Writer& m_sink;
     bool m_escape;
     const char* m_function;
     std::vector<Open> m_open;
 };
 
 void PQJsonOrder::render(Shape shape, PQSourceOrderPieceWrapper& out, bool escape) const {
-    // Sized first, so that the text is written into room made once: no copy
-    // of it is left behind as it grows. A failure stops the sizing where the
-    // writing will fail, after writing what comes before it.
-    Sizer sizer(escape);
-    try {
-        Walk<Sizer>(sizer, escape).run(*this, shape);
-    } catch (const PQException&) { // NOLINT(bugprone-empty-catch): the writing pass reports it
-    }
-    Writer writer(out, sizer.size(), escape);
-    Walk<Writer>(writer, escape).run(*this, shape);
+    // One walk, into room that doubles as it runs out (each buffer left is
+    // wiped): cheaper than a first walk that sizes the text. The first room
+    // guesses from the node's own pieces.
+    constexpr std::size_t kRoomPerPiece = 32;
+    Writer writer(out, kRoomPerPiece * (get_listOrderPiece().size() + 1), escape);
+    Walk(writer, escape).run(*this, shape);
 }
 
 } // namespace PQ_UTILS
