@@ -62,7 +62,7 @@ TARGETS = [
     ("Parse a 20-piece order vs Boost.URL parse_query",
      "BM_ParseOrder", "BM_Peer_BoostUrl_ParseQuery", "faster", 3),
     ("Parse orders of 64 B to 1 MiB, 0 to 50% specials, vs Boost.URL parse_query",
-     "BM_ParseOrderSweep", "BM_Peer_BoostUrl_ParseQuerySweep", "faster", 3),
+     "BM_ParseOrderSweep", "BM_Peer_BoostUrl_ParseQuerySweep", "faster", 3, {}),
     ("Render it (get_orderString) vs Boost.URL building the query",
      "BM_RenderOrder", "BM_Peer_BoostUrl_BuildQuery", "faster", 1),
     ("Render it vs Boost.URL parsing the query",
