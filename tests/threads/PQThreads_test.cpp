@@ -79,9 +79,14 @@ TEST(PQThreads, OrdersBuiltOnOneThreadAndFreedOnAnother) {
             for (int i = 0; i < kOrdersEach; ++i) {
                 auto order =
                     std::make_unique<PQOrder>(PQReceivedOrderType_log, PQOrderType_ORDER_NORMAL);
+                // Appended rather than "k" + ..., which GCC 12 at -O3 misreads
+                // as an overlapping copy (-Wrestrict).
+                std::string value = "secret value ";
+                value += std::to_string(b * 100000 + i);
                 for (int p = 0; p < 10; ++p) {
-                    order->add_orderPiece("k" + std::to_string(p),
-                                          "secret value " + std::to_string(b * 100000 + i));
+                    std::string key = "k";
+                    key += std::to_string(p);
+                    order->add_orderPiece(key, value);
                 }
                 const std::lock_guard<std::mutex> guard(lock);
                 handedOver.push_back(std::move(order));
