@@ -39,6 +39,14 @@ TEST(PQOrder, RendersActionPiecesAndEndMark) {
     const PQOrder none(PQ_UTILS::PQOrderType_ORDER_NORMAL);
     EXPECT_EQ(textOf(none), "action=NO_TYPE&//");
     EXPECT_EQ(none.get_action(), "NO_TYPE");
+
+    // An action that the vocabulary does not name has no text.
+    const pqtest::LogCapture log;
+    const PQOrder unnamed(static_cast<PQ_UTILS::PQReceivedOrderType>(14),
+                          PQ_UTILS::PQOrderType_ORDER_NORMAL);
+    const std::string notNamed = "Value not valid : '14' - type: 68";
+    EXPECT_EQ(pqtest::messageOf([&unnamed] { (void)unnamed.get_action(); }), notNamed);
+    EXPECT_EQ(pqtest::messageOf([&unnamed] { (void)unnamed.get_orderString(); }), notNamed);
 }
 
 TEST(PQOrder, DuplicatesUpdatesAndDeletes) {
