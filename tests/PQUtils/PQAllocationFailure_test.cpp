@@ -65,13 +65,20 @@ struct Operation {
 };
 
 // Inputs long enough to be allocated, built before any count starts.
-const kstring kText = "a=b&c//d@e:f \"quoted\" and more text to copy around";
-const kstring kWordsText = "one\ttwo  three four five six seven";
-const std::vector<kstring> kWords{"first word", "second word", "third word"};
-const kstring kCsv = "a line\r\nanother \"\"quoted\"\" line";
-const kstring kReceived = "action=log&level=3&text=a--equ--b--amp--c&junk&name=somebody&//";
-const kstring kKey = "a key of some length";
-const kstring kValue = "a value of some length, with \"quotes\"\n";
+struct Inputs {
+    kstring text = "a=b&c//d@e:f \"quoted\" and more text to copy around";
+    kstring wordsText = "one\ttwo  three four five six seven";
+    std::vector<kstring> words{"first word", "second word", "third word"};
+    kstring csv = "a line\r\nanother \"\"quoted\"\" line";
+    kstring received = "action=log&level=3&text=a--equ--b--amp--c&junk&name=somebody&//";
+    kstring key = "a key of some length";
+    kstring value = "a value of some length, with \"quotes\"\n";
+};
+
+const Inputs& in() {
+    static const Inputs inputs;
+    return inputs;
+}
 
 // Operations that succeed when memory does not run out, each through the
 // frames of several public operations.
@@ -80,41 +87,41 @@ const std::vector<Operation>& operations() {
         {"padding and words",
          [](const Arm& arm) {
              arm();
-             (void)PQString::FillWithSpaces(kText, 0, 80);
-             (void)PQString::FillWithZeros(kText, 90);
-             (void)PQString::toWords(kWordsText);
+             (void)PQString::FillWithSpaces(in().text, 0, 80);
+             (void)PQString::FillWithZeros(in().text, 90);
+             (void)PQString::toWords(in().wordsText);
              (void)PQString::build_wsTab_re(40);
-             (void)PQString::fromWordsToString(kWords);
-             (void)PQString::dump(&kWords);
+             (void)PQString::fromWordsToString(in().words);
+             (void)PQString::dump(&in().words);
          }},
         {"escapes and codecs",
          [](const Arm& arm) {
              arm();
-             (void)PQString::removePQEntities(*PQString::restorePQEntities(kText));
-             (void)PQString::splitString(kText, kKey);
-             (void)PQString::escapeDoubleQuotes(kText);
-             (void)PQString::unescapeValueFromCSV(kCsv);
-             (void)PQString::toBase64(kText, kText.size());
-             (void)PQString::simpleCipher(kText);
+             (void)PQString::removePQEntities(*PQString::restorePQEntities(in().text));
+             (void)PQString::splitString(in().text, in().key);
+             (void)PQString::escapeDoubleQuotes(in().text);
+             (void)PQString::unescapeValueFromCSV(in().csv);
+             (void)PQString::toBase64(in().text, in().text.size());
+             (void)PQString::simpleCipher(in().text);
          }},
         {"order text",
          [](const Arm& arm) {
              arm();
              PQ_UTILS::PQOrder order(PQ_UTILS::PQReceivedOrderType_log,
                                      PQ_UTILS::PQOrderType_ORDER_NORMAL);
-             order.add_orderPiece(kKey, kText);
-             order.add_orderPiece_noCheck(kValue, kText);
-             order.update_orderPiece(kKey, kValue);
+             order.add_orderPiece(in().key, in().text);
+             order.add_orderPiece_noCheck(in().value, in().text);
+             order.update_orderPiece(in().key, in().value);
              const PQ_UTILS::PQOrder copy(order);
              (void)copy.get_orderString();
              (void)copy.clone();
          }},
         {"received order",
          [](const Arm& arm) {
-             const PQ_UTILS::PQSourceOrderWrapper source(kReceived);
+             const PQ_UTILS::PQSourceOrderWrapper source(in().received);
              arm();
              (void)PQ_UTILS::PQReceivedOrder::getOrderPiecesFromOrder(source, true);
-             (void)PQ_UTILS::PQReceivedOrder::getOrderPieceValueFromOrder(kReceived, kKey);
+             (void)PQ_UTILS::PQReceivedOrder::getOrderPieceValueFromOrder(in().received, in().key);
          }},
         {"json order",
          [](const Arm& arm) {
@@ -122,19 +129,19 @@ const std::vector<Operation>& operations() {
              auto tags = std::make_unique<PQ_UTILS::PQJsonArray>();
              PQ_UTILS::PQJsonOrder answer(PQ_UTILS::PQReceivedOrderType_log);
              // Texts taken by value are copied by the caller: moved in here.
-             kstring member = kValue;
-             kstring first = kValue;
-             kstring second = kText;
+             kstring member = in().value;
+             kstring first = in().value;
+             kstring second = in().text;
              arm();
-             user->addValue(kKey, std::move(member));
-             user->addValue(kValue, true);
-             user->addValue(kText, 36);
+             user->addValue(in().key, std::move(member));
+             user->addValue(in().value, true);
+             user->addValue(in().text, 36);
              tags->addValue(std::move(first));
              tags->addValue(std::move(second));
              (void)user->getKeys();
-             (void)user->getChildValue_nostring(kKey);
-             user->addValue(kWordsText, std::move(tags));
-             answer.addValue(kKey, std::move(user));
+             (void)user->getChildValue_nostring(in().key);
+             user->addValue(in().wordsText, std::move(tags));
+             answer.addValue(in().key, std::move(user));
              (void)answer.get_orderString();
              (void)answer.clone();
          }},
