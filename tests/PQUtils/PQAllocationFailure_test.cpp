@@ -104,6 +104,23 @@ const std::vector<Operation>& operations() {
              (void)PQString::toBase64(in().text, in().text.size());
              (void)PQString::simpleCipher(in().text);
          }},
+        {"entity helpers",
+         [](const Arm& arm) {
+             const kstring& text = in().text;
+             using Helper = std::unique_ptr<kstring> (*)(const kstring&);
+             arm();
+             for (const Helper helper :
+                  {&PQString::removeDbleSlashes, &PQString::restoreDbleSlashes,
+                   &PQString::removeEquals, &PQString::restoreEquals, &PQString::removeAmpersand,
+                   &PQString::restoreAmpersand, &PQString::removeDblePoints,
+                   &PQString::restoreDblePoints, &PQString::trim, &PQString::trimLeft,
+                   &PQString::trimRight, &PQString::toLowerCase, &PQString::toUpperCase}) {
+                 (void)helper(text);
+             }
+             (void)PQString::removeArobase(text);
+             (void)PQString::restoreArobase(text);
+             (void)PQString::fromDoubleToWstring(3.14159, 2);
+         }},
         {"order text",
          [](const Arm& arm) {
              arm();
@@ -136,6 +153,8 @@ const std::vector<Operation>& operations() {
              user->addValue(in().key, std::move(member));
              user->addValue(in().value, true);
              user->addValue(in().text, 36);
+             user->updateValue(in().value, false);
+             user->updateValue(in().text, 2.5);
              tags->addValue(std::move(first));
              tags->addValue(std::move(second));
              (void)user->getKeys();
