@@ -71,6 +71,18 @@ TEST(PQOrder, DuplicatesUpdatesAndDeletes) {
     auto piece = std::make_unique<PQOrderPiece>("missing", "x");
     EXPECT_THROW(order.update_orderPiece(std::move(piece)), PQException);
     EXPECT_EQ(piece, nullptr); // NOLINT(bugprone-use-after-move)
+
+    // Both adding forms refuse a null piece, each in its own name.
+    for (const bool checked : {true, false}) {
+        const auto e = pqtest::thrownBy<PQ_DEBUG::PQNullPointerException>([&order, checked] {
+            checked ? order.add_orderPiece(std::unique_ptr<PQOrderPiece>())
+                    : order.add_orderPiece_noCheck(std::unique_ptr<PQOrderPiece>());
+        });
+        ASSERT_TRUE(e.has_value()) << checked;
+        EXPECT_EQ(e->get_message(), "Null variable : piece.get() - ");
+        EXPECT_EQ(e->get_function(), checked ? "add_orderPiece" : "add_orderPiece_noCheck");
+    }
+    EXPECT_EQ(textOf(order), "action=log&b=2&//");
 }
 
 TEST(PQOrder, CopiesDeeplyClonesTwoKindsAndRefusesAssignment) {
