@@ -48,99 +48,105 @@ PQNullPointerException::PQNullPointerException(const std::string& file, const st
 
 PQNullPointerException::~PQNullPointerException() = default;
 
-// Where a treatment happens and how it is to be logged.
-struct PQTreatmentFrame {
-    bool logCallChain;
-    const std::string& context;
-    PQLogType logType;
-    int errorCode;
-    bool recordFrame;
-    bool flush;
-    const char* function;
-    const char* file;
-    int line;
-};
+namespace {
 
-// The single implementation behind the ten func_TREAT_* members.
+const char* safe(const char* text) { return text != nullptr ? text : ""; }
+
+} // namespace
+
+// The single implementation behind the treatment members.
 class PQTreatment {
 public:
     // Records the frame in `e` and writes the one record of this treatment.
-    static void treat(PQException& e, const char* caughtKind, const PQTreatmentFrame& frame,
+    static void treat(PQException& e, const char* caughtKind, const std::string& context,
+                      const PQTreatmentOptions& options, const PQTreatmentSite& site,
                       bool frameIsOrigin) {
-        if (frame.recordFrame && !frameIsOrigin) {
-            e.addCallSite(frame.function, frame.file, frame.line);
+        if (options.recordFrame && !frameIsOrigin) {
+            e.addCallSite(site.function, site.file, site.line);
         }
         PQRecordText text;
-        text << caughtKind << " treated in " << safe(frame.function) << " (" << safe(frame.file)
-             << ':' << PQDebugString::fromIntToWstring(frame.line) << ')';
-        if (!frame.context.empty()) {
-            (text << " - ").appendAtMost(frame.context, PQDebug::kMaxContextText);
+        text << caughtKind << " treated in " << safe(site.function) << " (" << safe(site.file)
+             << ':' << PQDebugString::fromIntToWstring(site.line) << ')';
+        if (!context.empty()) {
+            (text << " - ").appendAtMost(context, PQDebug::kMaxContextText);
         }
         text << ": " << e.m_message << " - raised in " << e.m_function << " (" << e.m_file << ':'
              << PQDebugString::fromIntToWstring(e.m_line) << ')';
-        if (frame.logCallChain) {
+        if (options.logCallChain) {
             text << " - call chain:";
-            for (const PQCallSite& site : e.m_callChain) {
-                text << ' ' << site.function << " (" << site.file << ':'
-                     << PQDebugString::fromIntToWstring(site.line) << ')';
+            for (const PQCallSite& callSite : e.m_callChain) {
+                text << ' ' << callSite.function << " (" << callSite.file << ':'
+                     << PQDebugString::fromIntToWstring(callSite.line) << ')';
             }
             if (e.m_droppedCallSites != 0) {
                 text << " and " << PQDebugString::fromULongLongToWstring(e.m_droppedCallSites)
                      << " more";
             }
         }
-        PQDebug::writeRecord({frame.errorCode, frame.logType, std::string(), text.take()},
-                             frame.flush);
+        PQDebug::writeRecord({options.errorCode, options.logType, std::string(), text.take()},
+                             options.flush);
     }
 
-    // A standard exception becomes a PQException raised at the frame (one
-    // that already is a PQException is treated as such).
-    static PQException fromStd(std::exception& caught, const PQTreatmentFrame& frame) {
-        if (auto* const pq = dynamic_cast<PQException*>(&caught)) {
-            treat(*pq, "PQException", frame, false);
-            return *pq;
-        }
-        PQException converted(PQExceptionType_STD_EXCEPTION, safe(frame.file), safe(frame.function),
-                              frame.line, caught.what(), PQException::get_PQ_EX_ANORMAL(),
-                              frame.recordFrame, false, frame.logType, false);
-        treat(converted, "std::exception", frame, true);
-        return converted;
+    // A failure that was no PQException, made one raised at the frame.
+    static PQException converted(PQExceptionType type, const char* message, const char* caughtKind,
+                                 const std::string& context, const PQTreatmentOptions& options,
+                                 const PQTreatmentSite& site) {
+        PQException made(type, safe(site.file), safe(site.function), site.line, message,
+                         PQException::get_PQ_EX_ANORMAL(), options.recordFrame, false,
+                         options.logType, false);
+        treat(made, caughtKind, context, options, site, true);
+        return made;
     }
-
-    static PQException fromUnknown(const PQTreatmentFrame& frame) {
-        PQException converted(PQExceptionType_UNKNOWN_EXCEPTION, safe(frame.file),
-                              safe(frame.function), frame.line, "Unknown exception",
-                              PQException::get_PQ_EX_ANORMAL(), frame.recordFrame, false,
-                              frame.logType, false);
-        treat(converted, "Unknown exception", frame, true);
-        return converted;
-    }
-
-    // The pointer forms: a null pointer is an unknown failure.
-    static PQException fromPointer(PQException* caught, const PQTreatmentFrame& frame) {
-        if (caught == nullptr) {
-            return fromUnknown(frame);
-        }
-        treat(*caught, "PQException", frame, false);
-        return *caught;
-    }
-
-    static PQException fromPointer(std::exception* caught, const PQTreatmentFrame& frame) {
-        return caught == nullptr ? fromUnknown(frame) : fromStd(*caught, frame);
-    }
-
-private:
-    static const char* safe(const char* text) { return text != nullptr ? text : ""; }
 };
+
+void PQException::treatInPlace(PQException& caught, const std::string& context,
+                               const PQTreatmentOptions& options, const PQTreatmentSite& site) {
+    PQTreatment::treat(caught, "PQException", context, options, site, false);
+}
+
+// A standard exception that already is a PQException is treated as such.
+PQException PQException::treatStd(std::exception& caught, const std::string& context,
+                                  const PQTreatmentOptions& options, const PQTreatmentSite& site) {
+    if (auto* const pq = dynamic_cast<PQException*>(&caught)) {
+        treatInPlace(*pq, context, options, site);
+        return *pq;
+    }
+    return PQTreatment::converted(PQExceptionType_STD_EXCEPTION, caught.what(), "std::exception",
+                                  context, options, site);
+}
+
+PQException PQException::treatUnknown(const std::string& context, const PQTreatmentOptions& options,
+                                      const PQTreatmentSite& site) {
+    return PQTreatment::converted(PQExceptionType_UNKNOWN_EXCEPTION, "Unknown exception",
+                                  "Unknown exception", context, options, site);
+}
+
+// The pointer forms: a null pointer is an unknown failure.
+PQException PQException::treatPointer(PQException* caught, const std::string& context,
+                                      const PQTreatmentOptions& options,
+                                      const PQTreatmentSite& site) {
+    if (caught == nullptr) {
+        return treatUnknown(context, options, site);
+    }
+    treatInPlace(*caught, context, options, site);
+    return *caught;
+}
+
+PQException PQException::treatPointer(std::exception* caught, const std::string& context,
+                                      const PQTreatmentOptions& options,
+                                      const PQTreatmentSite& site) {
+    return caught == nullptr ? treatUnknown(context, options, site)
+                             : treatStd(*caught, context, options, site);
+}
+
+// The positional lists, each forwarded as it stands.
 
 void PQException::func_TREAT_PQ_EXCEPTION(PQException& caught, bool logCallChain,
                                           const std::string& context, PQLogType logType,
                                           int errorCode, bool recordFrame, const char* function,
                                           const char* file, int line) {
-    PQTreatment::treat(
-        caught, "PQException",
-        {logCallChain, context, logType, errorCode, recordFrame, false, function, file, line},
-        false);
+    treatInPlace(caught, context, {logCallChain, logType, errorCode, recordFrame, false},
+                 {function, file, line});
 }
 
 PQException PQException::func_TREAT_STD_EXCEPTION(std::exception& caught, bool logCallChain,
@@ -148,16 +154,16 @@ PQException PQException::func_TREAT_STD_EXCEPTION(std::exception& caught, bool l
                                                   int errorCode, bool recordFrame,
                                                   const char* function, const char* file,
                                                   int line) {
-    return PQTreatment::fromStd(caught, {logCallChain, context, logType, errorCode, recordFrame,
-                                         false, function, file, line});
+    return treatStd(caught, context, {logCallChain, logType, errorCode, recordFrame, false},
+                    {function, file, line});
 }
 
 PQException PQException::func_TREAT_UNKNOWN_EXCEPTION(bool logCallChain, const std::string& context,
                                                       PQLogType logType, int errorCode,
                                                       bool recordFrame, const char* function,
                                                       const char* file, int line) {
-    return PQTreatment::fromUnknown(
-        {logCallChain, context, logType, errorCode, recordFrame, false, function, file, line});
+    return treatUnknown(context, {logCallChain, logType, errorCode, recordFrame, false},
+                        {function, file, line});
 }
 
 PQException PQException::func_TREAT_PQ_EXCEPTION_P(PQException* caught, bool logCallChain,
@@ -165,8 +171,8 @@ PQException PQException::func_TREAT_PQ_EXCEPTION_P(PQException* caught, bool log
                                                    int errorCode, bool recordFrame,
                                                    const char* function, const char* file,
                                                    int line) {
-    return PQTreatment::fromPointer(caught, {logCallChain, context, logType, errorCode, recordFrame,
-                                             false, function, file, line});
+    return treatPointer(caught, context, {logCallChain, logType, errorCode, recordFrame, false},
+                        {function, file, line});
 }
 
 PQException PQException::func_TREAT_STD_EXCEPTION_P(std::exception* caught, bool logCallChain,
@@ -174,26 +180,24 @@ PQException PQException::func_TREAT_STD_EXCEPTION_P(std::exception* caught, bool
                                                     int errorCode, bool recordFrame,
                                                     const char* function, const char* file,
                                                     int line) {
-    return PQTreatment::fromPointer(caught, {logCallChain, context, logType, errorCode, recordFrame,
-                                             false, function, file, line});
+    return treatPointer(caught, context, {logCallChain, logType, errorCode, recordFrame, false},
+                        {function, file, line});
 }
 
 void PQException::func_TREAT_PQ_EXCEPTION_FINAL(PQException& caught, bool logCallChain,
                                                 const std::string& context, PQLogType logType,
                                                 int errorCode, bool recordFrame, bool flush,
                                                 const char* function, const char* file, int line) {
-    PQTreatment::treat(
-        caught, "PQException",
-        {logCallChain, context, logType, errorCode, recordFrame, flush, function, file, line},
-        false);
+    treatInPlace(caught, context, {logCallChain, logType, errorCode, recordFrame, flush},
+                 {function, file, line});
 }
 
 void PQException::func_TREAT_STD_EXCEPTION_FINAL(std::exception& caught, bool logCallChain,
                                                  const std::string& context, PQLogType logType,
                                                  int errorCode, bool recordFrame, bool flush,
                                                  const char* function, const char* file, int line) {
-    (void)PQTreatment::fromStd(caught, {logCallChain, context, logType, errorCode, recordFrame,
-                                        flush, function, file, line});
+    (void)treatStd(caught, context, {logCallChain, logType, errorCode, recordFrame, flush},
+                   {function, file, line});
 }
 
 void PQException::func_TREAT_PQ_EXCEPTION_P_FINAL(PQException* caught, bool logCallChain,
@@ -201,8 +205,8 @@ void PQException::func_TREAT_PQ_EXCEPTION_P_FINAL(PQException* caught, bool logC
                                                   int errorCode, bool recordFrame, bool flush,
                                                   const char* function, const char* file,
                                                   int line) {
-    (void)PQTreatment::fromPointer(caught, {logCallChain, context, logType, errorCode, recordFrame,
-                                            flush, function, file, line});
+    (void)treatPointer(caught, context, {logCallChain, logType, errorCode, recordFrame, flush},
+                       {function, file, line});
 }
 
 void PQException::func_TREAT_STD_EXCEPTION_P_FINAL(std::exception* caught, bool logCallChain,
@@ -210,8 +214,9 @@ void PQException::func_TREAT_STD_EXCEPTION_P_FINAL(std::exception* caught, bool 
                                                    bool recordFrame, bool flush,
                                                    const char* function, const char* file,
                                                    int line) {
-    (void)PQTreatment::fromPointer(caught, {logCallChain, PQDebug::get_m_sEmptyString(), logType,
-                                            errorCode, recordFrame, flush, function, file, line});
+    (void)treatPointer(caught, PQDebug::get_m_sEmptyString(),
+                       {logCallChain, logType, errorCode, recordFrame, flush},
+                       {function, file, line});
 }
 
 void PQException::func_TREAT_UNKNOWN_EXCEPTION_FINAL(bool logCallChain, const std::string& context,
@@ -219,8 +224,8 @@ void PQException::func_TREAT_UNKNOWN_EXCEPTION_FINAL(bool logCallChain, const st
                                                      bool recordFrame, bool flush,
                                                      const char* function, const char* file,
                                                      int line) {
-    (void)PQTreatment::fromUnknown(
-        {logCallChain, context, logType, errorCode, recordFrame, flush, function, file, line});
+    (void)treatUnknown(context, {logCallChain, logType, errorCode, recordFrame, flush},
+                       {function, file, line});
 }
 
 } // namespace PQ_DEBUG

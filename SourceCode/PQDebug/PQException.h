@@ -17,6 +17,22 @@ struct PQCallSite {
     int line = 0;
 };
 
+// How a treatment is logged: the switches of the func_TREAT_* lists, by name.
+struct PQTreatmentOptions {
+    bool logCallChain = false; // the record also lists the whole call chain
+    PQLogType logType = PQLogType_EXCEPTION;
+    int errorCode = 1;
+    bool recordFrame = true; // the treating frame is appended to the call chain
+    bool flush = false;      // the log file is flushed at once
+};
+
+// The treating frame.
+struct PQTreatmentSite {
+    const char* function;
+    const char* file;
+    int line;
+};
+
 // The exception of the whole system. It carries where it was raised, a
 // message, a level and a log type, and the chain of frames it crossed.
 // what() is the message.
@@ -76,6 +92,25 @@ public:
     // same object. The other plain forms return the PQException to throw.
     // The _FINAL forms are for outermost frames, which log and go on.
     // A null pointer given to a _P form is treated as an unknown exception.
+    //
+    // The same treatments with named options, for code that writes its own
+    // frames: the func_TREAT_* members forward to these.
+    static void treatInPlace(PQException& caught, const std::string& context,
+                             const PQTreatmentOptions& options, const PQTreatmentSite& site);
+    [[nodiscard]] static PQException treatStd(std::exception& caught, const std::string& context,
+                                              const PQTreatmentOptions& options,
+                                              const PQTreatmentSite& site);
+    [[nodiscard]] static PQException treatUnknown(const std::string& context,
+                                                  const PQTreatmentOptions& options,
+                                                  const PQTreatmentSite& site);
+    [[nodiscard]] static PQException treatPointer(PQException* caught, const std::string& context,
+                                                  const PQTreatmentOptions& options,
+                                                  const PQTreatmentSite& site);
+    [[nodiscard]] static PQException treatPointer(std::exception* caught,
+                                                  const std::string& context,
+                                                  const PQTreatmentOptions& options,
+                                                  const PQTreatmentSite& site);
+
     static void func_TREAT_PQ_EXCEPTION(PQException& caught, bool logCallChain,
                                         const std::string& context, PQLogType logType,
                                         int errorCode, bool recordFrame, const char* function,

@@ -20,14 +20,17 @@ namespace identity_test {
 // Stand-ins named like two library classes, to show the mechanism on a
 // hierarchy before the real order classes exist.
 class PQOrder : public PQIdentifiable {
+public:
     PQ_IDENTITY(PQOrder)
 };
 
 class PQJsonObject : public PQOrder {
+public:
     PQ_IDENTITY(PQJsonObject)
 };
 
 class Unregistered : public PQOrder {
+public:
     PQ_IDENTITY(Unregistered)
 };
 

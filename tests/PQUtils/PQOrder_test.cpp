@@ -39,6 +39,14 @@ TEST(PQOrder, RendersActionPiecesAndEndMark) {
     const PQOrder none(PQ_UTILS::PQOrderType_ORDER_NORMAL);
     EXPECT_EQ(textOf(none), "action=NO_TYPE&//");
     EXPECT_EQ(none.get_action(), "NO_TYPE");
+
+    // An action that the vocabulary does not name has no text.
+    const pqtest::LogCapture log;
+    const PQOrder unnamed(static_cast<PQ_UTILS::PQReceivedOrderType>(14),
+                          PQ_UTILS::PQOrderType_ORDER_NORMAL);
+    const std::string notNamed = "Value not valid : '14' - type: 68";
+    EXPECT_EQ(pqtest::messageOf([&unnamed] { (void)unnamed.get_action(); }), notNamed);
+    EXPECT_EQ(pqtest::messageOf([&unnamed] { (void)unnamed.get_orderString(); }), notNamed);
 }
 
 TEST(PQOrder, DuplicatesUpdatesAndDeletes) {
@@ -63,6 +71,18 @@ TEST(PQOrder, DuplicatesUpdatesAndDeletes) {
     auto piece = std::make_unique<PQOrderPiece>("missing", "x");
     EXPECT_THROW(order.update_orderPiece(std::move(piece)), PQException);
     EXPECT_EQ(piece, nullptr); // NOLINT(bugprone-use-after-move)
+
+    // Both adding forms refuse a null piece, each in its own name.
+    for (const bool checked : {true, false}) {
+        const auto e = pqtest::thrownBy<PQ_DEBUG::PQNullPointerException>([&order, checked] {
+            checked ? order.add_orderPiece(std::unique_ptr<PQOrderPiece>())
+                    : order.add_orderPiece_noCheck(std::unique_ptr<PQOrderPiece>());
+        });
+        ASSERT_TRUE(e.has_value()) << checked;
+        EXPECT_EQ(e->get_message(), "Null variable : piece.get() - ");
+        EXPECT_EQ(e->get_function(), checked ? "add_orderPiece" : "add_orderPiece_noCheck");
+    }
+    EXPECT_EQ(textOf(order), "action=log&b=2&//");
 }
 
 TEST(PQOrder, CopiesDeeplyClonesTwoKindsAndRefusesAssignment) {

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <list>
 #include <map>
 #include <string>
@@ -20,19 +21,44 @@ constexpr const char* kZeroMessage = "*strTreatedIterator != '\\0' should be tru
 TEST(PQStringFormat, Padding) {
     // The pad is width - used - length on 32 bits, then signed.
     constexpr unsigned long k4G = 1UL << 32U;
+    // A zero byte inside the text ends the padded result there, pad and
+    // all; with nothing to pad the text is copied whole.
     const std::string zero("ab\0cd", 5);
+    const std::string leadingZero("\0ab", 3);
+    const std::string trailingZero("ab\0", 3);
     const struct {
         std::string text;
         unsigned long used, width;
         std::string expected;
     } rows[] = {{"abc", 0, 5, "abc  "},      {"abc", 0, 2, "abc"},
-                {"ab", 3, 4, "ab"},          {zero, 0, 7, "ab  "},
-                {zero, 0, 5, zero},          {"abc", 0, k4G + 5, "abc  "},
+                {"ab", 3, 4, "ab"},          {zero, 0, 8, "ab"},
+                {zero, 0, 6, "ab"},          {zero, 0, 5, zero},
+                {zero, 2, 8, "ab"},          {zero, 4, 8, zero},
+                {leadingZero, 0, 4, ""},     {trailingZero, 0, 9, "ab"},
+                {"", 0, 3, "   "},           {"abc", 0, k4G + 5, "abc  "},
                 {"abc", k4G + 1, 5, "abc "}, {"abc", 0, k4G / 2 + 3, "abc"}};
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.text + " width " + std::to_string(row.width));
+        SCOPED_TRACE(std::to_string(row.text.size()) + " bytes, used " + std::to_string(row.used) +
+                     " width " + std::to_string(row.width));
         EXPECT_EQ(*PQString::FillWithSpaces(row.text, row.used, row.width), row.expected);
-        EXPECT_EQ(*PQString::FillWithChars(row.text, ' ', row.used, row.width), row.expected);
+        EXPECT_EQ(*PQString::FillWithSpaces(row.text.data(), row.text.size(), row.used, row.width),
+                  row.expected);
+        // Another fill pads the same way and ends at the zero in the same place.
+        const auto padWith = [&row](char fill) {
+            std::string padded = row.expected;
+            if (padded.size() > row.text.size()) {
+                std::fill(padded.begin() + static_cast<std::ptrdiff_t>(row.text.size()),
+                          padded.end(), fill);
+            }
+            return padded;
+        };
+        EXPECT_EQ(*PQString::FillWithChars(row.text, '.', row.used, row.width), padWith('.'));
+        if (row.used == 0) {
+            EXPECT_EQ(*PQString::FillWithZeros(row.text, row.width), padWith('0'));
+            EXPECT_EQ(*PQString::FillWithSpaces(row.text, row.width), row.expected);
+            const PQ_UTILS::PQSecuredStringRef view(row.text.data(), row.text.size());
+            EXPECT_EQ(*PQString::FillWithSpaces(view, row.width), row.expected);
+        }
     }
     EXPECT_EQ(*PQString::FillWithSpaces(PQ_UTILS::PQSecuredStringRef(zero.data(), 1), 3UL), "a  ");
     EXPECT_EQ(*PQString::FillWithSpaces(nullptr, 0, 2UL), "  ");

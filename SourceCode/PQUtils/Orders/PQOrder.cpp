@@ -42,10 +42,14 @@ void eraseFirst(std::vector<std::unique_ptr<PQOrderPiece>>& pieces, Match match)
     }
 }
 
-// Appends `piece`. A list is first given room for four: arrays and objects
-// of a few pieces are spared the first regrowths of their list.
+// Appends `piece`; a null one fails as "piece.get()", at `site`. A list is
+// first given room for four: arrays and objects of a few pieces are spared
+// the first regrowths of their list.
 void appendPiece(std::vector<std::unique_ptr<PQOrderPiece>>& pieces,
-                 std::unique_ptr<PQOrderPiece> piece) {
+                 std::unique_ptr<PQOrderPiece> piece, const frame::PQSite& site) {
+    if (piece == nullptr) {
+        throw frame::nullPointer("piece.get()", site);
+    }
     constexpr std::size_t kFirstRoom = 4;
     if (pieces.capacity() == 0) {
         pieces.reserve(kFirstRoom);
@@ -181,14 +185,12 @@ PQOrderPiece* PQOrder::findPiece(const std::string& key) const {
 }
 
 void PQOrder::add_orderPiece(std::unique_ptr<PQOrderPiece> piece) try {
-    PQ_CHECK_NULL(piece.get());
-    appendPiece(m_pPrivateImp->m_listOrderPiece, std::move(piece));
+    appendPiece(m_pPrivateImp->m_listOrderPiece, std::move(piece), PQ_FRAME_SITE());
 }
 PQ_CATCH_AND_TREAT
 
 void PQOrder::add_orderPiece_noCheck(std::unique_ptr<PQOrderPiece> piece) try {
-    PQ_CHECK_NULL(piece.get());
-    appendPiece(m_pPrivateImp->m_listOrderPiece, std::move(piece));
+    appendPiece(m_pPrivateImp->m_listOrderPiece, std::move(piece), PQ_FRAME_SITE());
 }
 PQ_CATCH_AND_TREAT
 

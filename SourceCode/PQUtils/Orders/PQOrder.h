@@ -25,6 +25,7 @@ class PQOrder_p;
 // lookup finds the first. Orders are copied deeply and never assigned.
 // The JSON orders derive from it and override the virtual operations.
 class PQOrder : public PQIdentifiable {
+public:
     PQ_IDENTITY(PQOrder)
 
     // No action (NO_TYPE, -1), no pieces.

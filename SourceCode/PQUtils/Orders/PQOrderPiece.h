@@ -15,6 +15,7 @@ class PQOrder;
 // One piece of an order: a key with either a text value (TYPE_STRING) or a
 // nested order (TYPE_ORDER), which the piece owns.
 class PQOrderPiece : public PQIdentifiable {
+public:
     PQ_IDENTITY(PQOrderPiece)
 
     static constexpr int TYPE_STRING = 1;

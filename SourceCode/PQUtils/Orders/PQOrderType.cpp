@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "PQUtils/Utils/PQFailure.h"
+#include "PQUtils/Orders/PQVocabularyInternal.h"
 
 namespace PQ_UTILS {
 namespace {
@@ -20,12 +20,6 @@ constexpr std::array kRows{
 
 } // namespace
 
-void initialize_public_PQOrderType() try {
-    PQ_DEBUG::fillNameTable<PQOrderType>(PQ_DEBUG::PQObjectType_PQOrderType,
-                                         &initialize_public_PQOrderType, kRows);
-}
-PQ_CATCH_AND_TREAT_CONTEXT("initialize")
-
-std::span<const PQ_DEBUG::PQVocabularyRow<PQOrderType>> get_PQOrderTypeRows() { return kRows; }
+PQ_VOCABULARY_FUNCTIONS(PQOrderType)
 
 } // namespace PQ_UTILS

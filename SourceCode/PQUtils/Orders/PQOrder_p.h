@@ -15,6 +15,7 @@ class PQOrder;
 
 // The state of a PQOrder, behind its handle. Not for use outside PQOrder.
 class PQOrder_p : public PQIdentifiable {
+public:
     PQ_IDENTITY(PQOrder_p)
 
     // `publicImp` is the order that owns this state; it must not be null.

@@ -10,6 +10,7 @@ namespace PQ_UTILS {
 // The text of one piece's value, and the buffer that renderers append a
 // piece's value to.
 class PQSourceOrderPieceWrapper : public PQSecuredString {
+public:
     PQ_IDENTITY(PQSourceOrderPieceWrapper)
 
     PQSourceOrderPieceWrapper() = default;

@@ -9,6 +9,7 @@ namespace PQ_UTILS {
 // The source text of a whole order, as received or as rendered: a secured
 // string, so that order text is treated as sensitive wherever it goes.
 class PQSourceOrderWrapper : public PQSecuredString {
+public:
     PQ_IDENTITY(PQSourceOrderWrapper)
 
     PQSourceOrderWrapper() = default;

@@ -15,6 +15,7 @@ struct PQCreditCardTypeInfo;
 // The table is built on first use, without a lock: call getCardType (or
 // initializeCardTypes) once before using it from several threads.
 class PQCreditCardNumberValidator : public PQIdentifiable {
+public:
     PQ_IDENTITY(PQCreditCardNumberValidator)
 
     enum CREDITCARD_TYPE : std::int32_t {

@@ -84,45 +84,46 @@ void func_TREAT_UNKNOWN_EXCEPTION_FINAL(bool logCallChain, const std::string& co
 namespace frame {
 namespace {
 
-// What every frame of the library passes besides its site and context.
-constexpr bool kLogCallChain = false;
-constexpr PQLogType kLogType = PQ_DEBUG::PQLogType_EXCEPTION;
-constexpr int kErrorCode = 1;
-constexpr bool kRecordFrame = true;
-constexpr bool kFlushFinal = true;
+// How every frame of the library treats; the final ones also flush.
+constexpr PQ_DEBUG::PQTreatmentOptions kFrame{.logCallChain = false,
+                                              .logType = PQ_DEBUG::PQLogType_EXCEPTION,
+                                              .errorCode = 1,
+                                              .recordFrame = true,
+                                              .flush = false};
+
+constexpr PQ_DEBUG::PQTreatmentOptions finalFrame(bool logCallChain) {
+    PQ_DEBUG::PQTreatmentOptions options = kFrame;
+    options.logCallChain = logCallChain;
+    options.flush = true;
+    return options;
+}
 
 } // namespace
 
 void treat(PQException& caught, const std::string& context, const PQSite& site) {
-    func_TREAT_PQ_EXCEPTION(caught, kLogCallChain, context, kLogType, kErrorCode, kRecordFrame,
-                            site.function, site.file, site.line);
+    PQException::treatInPlace(caught, context, kFrame, site);
 }
 
 PQException treat(std::exception& caught, const std::string& context, const PQSite& site) {
-    return func_TREAT_STD_EXCEPTION(caught, kLogCallChain, context, kLogType, kErrorCode,
-                                    kRecordFrame, site.function, site.file, site.line);
+    return PQException::treatStd(caught, context, kFrame, site);
 }
 
 PQException treatUnknown(const std::string& context, const PQSite& site) {
-    return func_TREAT_UNKNOWN_EXCEPTION(kLogCallChain, context, kLogType, kErrorCode, kRecordFrame,
-                                        site.function, site.file, site.line);
+    return PQException::treatUnknown(context, kFrame, site);
 }
 
 void treatFinal(PQException& caught, bool logCallChain, const std::string& context,
                 const PQSite& site) {
-    func_TREAT_PQ_EXCEPTION_FINAL(caught, logCallChain, context, kLogType, kErrorCode, kRecordFrame,
-                                  kFlushFinal, site.function, site.file, site.line);
+    PQException::treatInPlace(caught, context, finalFrame(logCallChain), site);
 }
 
 void treatFinal(std::exception& caught, bool logCallChain, const std::string& context,
                 const PQSite& site) {
-    func_TREAT_STD_EXCEPTION_FINAL(caught, logCallChain, context, kLogType, kErrorCode,
-                                   kRecordFrame, kFlushFinal, site.function, site.file, site.line);
+    (void)PQException::treatStd(caught, context, finalFrame(logCallChain), site);
 }
 
 void treatUnknownFinal(bool logCallChain, const std::string& context, const PQSite& site) {
-    func_TREAT_UNKNOWN_EXCEPTION_FINAL(logCallChain, context, kLogType, kErrorCode, kRecordFrame,
-                                       kFlushFinal, site.function, site.file, site.line);
+    (void)PQException::treatUnknown(context, finalFrame(logCallChain), site);
 }
 
 PQException assertionFailure(std::string_view condition, std::string_view suffix,
@@ -150,7 +151,7 @@ PQException failureOfType(PQ_DEBUG::PQExceptionType type, std::string message, c
             PQException::get_PQ_EX_ANORMAL(),
             true,
             false,
-            kLogType,
+            kFrame.logType,
             false};
 }
 
@@ -179,7 +180,7 @@ PQNullPointerException nullPointer(std::string_view expression, const PQSite& si
             std::move(message),
             PQException::get_PQ_EX_ANORMAL(),
             true,
-            kLogType,
+            kFrame.logType,
             false};
 }
 

@@ -5,11 +5,11 @@
 // Every public operation runs its body in the catch-and-treat frame: written
 // as a function-try-block closed by PQ_CATCH_AND_TREAT, so that a constructor
 // also covers its member initialisers and __func__ names the operation
-// ("clone"; the class name for a constructor):
+// ("build_wsTab_re"; the class name for a constructor):
 //
-//   std::unique_ptr<PQOrder> PQOrder::clone() const try {
-//       PQ_ASSERT(isCloneable());
-//       return std::make_unique<PQOrder>(*this);
+//   std::unique_ptr<kstring> PQString::build_wsTab_re(int nbTab) try {
+//       PQ_ASSERT(nbTab >= 0);
+//       return std::make_unique<kstring>(static_cast<std::size_t>(nbTab), '\t');
 //   }
 //   PQ_CATCH_AND_TREAT
 //
@@ -83,11 +83,7 @@ void func_TREAT_UNKNOWN_EXCEPTION_FINAL(bool logCallChain, const std::string& co
 // the exception's call chain.
 namespace frame {
 
-struct PQSite {
-    const char* function;
-    const char* file;
-    int line;
-};
+using PQSite = PQ_DEBUG::PQTreatmentSite;
 
 // Catch-and-treat: the PQException form treats in place (the handler
 // rethrows it), the others return the PQException to throw.

@@ -33,7 +33,6 @@ protected:
 } // namespace PQ_UTILS
 
 // Gives a class derived from PQIdentifiable its name. Put it first in the
-// class body; it leaves the access public.
+// public section of the class body.
 #define PQ_IDENTITY(ClassName)                                                                     \
-public:                                                                                            \
     [[nodiscard]] std::string get_className_nonStatic() const override { return #ClassName; }

@@ -6,6 +6,7 @@ namespace PQ_UTILS {
 
 // Numeric helpers.
 class PQNumber : public PQIdentifiable {
+public:
     PQ_IDENTITY(PQNumber)
 
     // |a - b| < epsilon, strictly (PQUtil::arePricesEqual is inclusive);

@@ -15,6 +15,7 @@ namespace PQ_UTILS {
 // A negative limit is no limit. The policy is shared and unlocked: set it
 // once, before validating from several threads.
 class PQPasswordValidator : public PQIdentifiable {
+public:
     PQ_IDENTITY(PQPasswordValidator)
 
     // Error bits of isValidPassword, several at once.

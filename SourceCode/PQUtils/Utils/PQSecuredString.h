@@ -16,6 +16,7 @@ namespace PQ_UTILS {
 // like getStringSource(). A caller that must not show the value shows
 // m_sStandardSecureString instead.
 class PQSecuredString : public PQIdentifiable {
+public:
     PQ_IDENTITY(PQSecuredString)
 
     // Owns a new empty text.

@@ -23,6 +23,7 @@ class PQStringRef;
 // logged under its name and passed on as a PQException. Every operation is
 // linear in the length of its input.
 class PQString : public PQIdentifiable {
+public:
     PQ_IDENTITY(PQString)
 
     // Sets the shared empty defaults (called by PQInit::init; they are
@@ -116,7 +117,8 @@ class PQString : public PQIdentifiable {
     // The first `length` bytes of `text`, then spaces up to `width`, counting
     // `used` columns as already taken. A longer text is never cut. The pad is
     // width - used - length taken as a signed 32-bit number (none when
-    // negative). With a pad, a zero byte in the text ends the result there.
+    // negative). With a pad, a zero byte in the text ends the result there,
+    // before the pad: ("ab\0cd", 5, 0, 8) -> "ab".
     //   FillWithSpaces("abc", 3, 0, 5) -> "abc  "
     [[nodiscard]] static std::unique_ptr<kstring>
     FillWithSpaces(const char* text, unsigned long length, unsigned long used, unsigned long width);

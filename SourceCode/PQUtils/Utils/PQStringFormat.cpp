@@ -30,10 +30,12 @@ std::unique_ptr<kstring> padRight(const char* text, unsigned long length, char f
     if (pad <= 0) {
         return std::make_unique<kstring>(bytesOf(text, length));
     }
-    // The padded text was built as a zero-terminated buffer: a zero byte
-    // ends it.
-    const std::string_view kept =
-        length == 0 ? std::string_view() : internal::untilZero(text, length);
+    // The padded text was built as a zero-terminated buffer holding the text
+    // and then the pad: a zero byte inside the text ends it before the pad.
+    const std::string_view kept = internal::untilZero(text, length);
+    if (kept.size() != length) {
+        return std::make_unique<kstring>(kept);
+    }
     auto result = std::make_unique<kstring>();
     result->reserve(kept.size() + static_cast<std::size_t>(pad));
     result->append(kept).append(static_cast<std::size_t>(pad), fill);

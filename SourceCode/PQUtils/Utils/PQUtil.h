@@ -10,6 +10,7 @@ namespace PQ_UTILS {
 
 // General helpers and the product's text constants.
 class PQUtil : public PQIdentifiable {
+public:
     PQ_IDENTITY(PQUtil)
 
     // Fills the constants below (empty until then), in their order; running

@@ -12,29 +12,7 @@ constexpr const char* pqSourceFile = internal::kJsonArraySource;
 
 } // namespace
 
-PQJsonArray::PQJsonArray() try : PQJsonOrder(PQReceivedOrderType_NO_TYPE) {}
-PQ_CATCH_AND_TREAT
-
-PQJsonArray::PQJsonArray(const PQJsonArray& other) try : PQJsonOrder(other) {}
-PQ_CATCH_AND_TREAT
-
-PQJsonArray::~PQJsonArray() = default;
-
-std::unique_ptr<PQOrder> PQJsonArray::clone() const try {
-    checkCloneable(PQ_FRAME_SITE());
-    return std::make_unique<PQJsonArray>(*this);
-}
-PQ_CATCH_AND_TREAT
-
-void PQJsonArray::get_localOrderString(PQSourceOrderPieceWrapper& out) const try {
-    render(Shape::Array, out, true);
-}
-PQ_CATCH_AND_TREAT
-
-void PQJsonArray::get_localOrderString_noEscape(PQSourceOrderPieceWrapper& out) const try {
-    render(Shape::Array, out, false);
-}
-PQ_CATCH_AND_TREAT
+PQ_JSON_NODE_MEMBERS(PQJsonArray, Shape::Array)
 
 bool PQJsonArray::isJSonArray() const { return true; }
 

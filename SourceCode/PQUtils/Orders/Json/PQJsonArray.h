@@ -16,6 +16,7 @@ namespace PQ_UTILS {
 // elements only and fails with "All Json children must be TYPE_ORDER
 // PQOrderPiece".
 class PQJsonArray : public PQJsonOrder {
+public:
     PQ_IDENTITY(PQJsonArray)
 
     PQJsonArray();

@@ -1,12 +1,41 @@
 #pragma once
 
-// What the sources of the JSON nodes share: their source file names and the
-// escaping of string values. Not installed.
+// What the sources of the JSON nodes share: their source file names, the
+// failure macros and the escaping of string values. Not installed.
 
 #include <array>
 #include <string_view>
 
 #include "PQUtils/Orders/PQSourceOrderPieceWrapper.h"
+#include "PQUtils/Utils/PQFailure.h"
+
+// The members that the JSON node classes define alike: the default and copy
+// constructors, the destructor, clone() and the two renderings, as `shape`
+// (a PQJsonOrder::Shape). Each frame is still named after its member.
+#define PQ_JSON_NODE_MEMBERS(Class, shape)                                                         \
+    Class::Class() try : PQJsonOrder(PQReceivedOrderType_NO_TYPE) {}                               \
+    PQ_CATCH_AND_TREAT                                                                             \
+                                                                                                   \
+    Class::Class(const Class& other) try : PQJsonOrder(other) {}                                   \
+    PQ_CATCH_AND_TREAT                                                                             \
+                                                                                                   \
+    Class::~Class() = default;                                                                     \
+                                                                                                   \
+    std::unique_ptr<PQOrder> Class::clone() const try {                                            \
+        checkCloneable(PQ_FRAME_SITE());                                                           \
+        return std::make_unique<Class>(*this);                                                     \
+    }                                                                                              \
+    PQ_CATCH_AND_TREAT                                                                             \
+                                                                                                   \
+    void Class::get_localOrderString(PQSourceOrderPieceWrapper& out) const try {                   \
+        render(shape, out, true);                                                                  \
+    }                                                                                              \
+    PQ_CATCH_AND_TREAT                                                                             \
+                                                                                                   \
+    void Class::get_localOrderString_noEscape(PQSourceOrderPieceWrapper& out) const try {          \
+        render(shape, out, false);                                                                 \
+    }                                                                                              \
+    PQ_CATCH_AND_TREAT
 
 namespace PQ_UTILS::internal {
 

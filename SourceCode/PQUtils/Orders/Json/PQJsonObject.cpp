@@ -12,29 +12,7 @@ constexpr const char* pqSourceFile = internal::kJsonObjectSource;
 
 } // namespace
 
-PQJsonObject::PQJsonObject() try : PQJsonOrder(PQReceivedOrderType_NO_TYPE) {}
-PQ_CATCH_AND_TREAT
-
-PQJsonObject::PQJsonObject(const PQJsonObject& other) try : PQJsonOrder(other) {}
-PQ_CATCH_AND_TREAT
-
-PQJsonObject::~PQJsonObject() = default;
-
-std::unique_ptr<PQOrder> PQJsonObject::clone() const try {
-    checkCloneable(PQ_FRAME_SITE());
-    return std::make_unique<PQJsonObject>(*this);
-}
-PQ_CATCH_AND_TREAT
-
-void PQJsonObject::get_localOrderString(PQSourceOrderPieceWrapper& out) const try {
-    render(Shape::Object, out, true);
-}
-PQ_CATCH_AND_TREAT
-
-void PQJsonObject::get_localOrderString_noEscape(PQSourceOrderPieceWrapper& out) const try {
-    render(Shape::Object, out, false);
-}
-PQ_CATCH_AND_TREAT
+PQ_JSON_NODE_MEMBERS(PQJsonObject, Shape::Object)
 
 bool PQJsonObject::isJSonObject() const { return true; }
 

@@ -15,6 +15,7 @@ namespace PQ_UTILS {
 //   object->addValue("admin", true);      // a bare literal
 //   object->getChildValue_nostring("admin") == "true"
 class PQJsonObject : public PQJsonOrder {
+public:
     PQ_IDENTITY(PQJsonObject)
 
     PQJsonObject();

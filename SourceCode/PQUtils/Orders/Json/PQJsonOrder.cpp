@@ -34,7 +34,7 @@ std::unique_ptr<PQOrder> PQJsonOrder::clone() const try {
 }
 PQ_CATCH_AND_TREAT
 
-void PQJsonOrder::checkCloneable(const frame::PQSite& site) const {
+void PQJsonOrder::checkCloneable(const PQ_DEBUG::PQTreatmentSite& site) const {
     if (get_orderType() != PQOrderType_ORDER_JSONORDER) {
         throw frame::assertionFailure("get_orderType() == PQOrderType_ORDER_JSONORDER", {}, site);
     }

@@ -4,9 +4,9 @@
 #include <memory>
 #include <vector>
 
+#include "PQDebug/PQException.h"
 #include "PQUtils/Orders/PQOrder.h"
 #include "PQUtils/Orders/PQSourceOrderWrapper.h"
-#include "PQUtils/Utils/PQFailure.h"
 
 namespace PQ_UTILS {
 
@@ -29,6 +29,7 @@ namespace PQ_UTILS {
 // stack; only nodes of a class derived from the four, which may render in
 // their own way, are asked to render themselves.
 class PQJsonOrder : public PQOrder {
+public:
     PQ_IDENTITY(PQJsonOrder)
 
     // The root of a tree sent as an order for `action`.
@@ -99,7 +100,7 @@ protected:
     // piece moved from.
     [[nodiscard]] static const kstring* storedText(const PQOrderPiece& piece) noexcept;
     // What clone() requires, reported at `site`: the kind ORDER_JSONORDER.
-    void checkCloneable(const frame::PQSite& site) const;
+    void checkCloneable(const PQ_DEBUG::PQTreatmentSite& site) const;
     // The text of a literal or number: "true", "12", "2.50" (two decimals).
     [[nodiscard]] static kstring valueText(bool value);
     [[nodiscard]] static kstring valueText(int value);

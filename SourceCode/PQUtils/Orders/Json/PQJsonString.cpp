@@ -11,8 +11,7 @@ constexpr const char* pqSourceFile = internal::kJsonStringSource;
 
 } // namespace
 
-PQJsonString::PQJsonString() try : PQJsonOrder(PQReceivedOrderType_NO_TYPE) {}
-PQ_CATCH_AND_TREAT
+PQ_JSON_NODE_MEMBERS(PQJsonString, Shape::String)
 
 PQJsonString::PQJsonString(const kstring& value) try : PQJsonString(kstring(value)) {}
 PQ_CATCH_AND_TREAT
@@ -24,27 +23,6 @@ PQ_CATCH_AND_TREAT
 
 PQJsonString::PQJsonString(const std::unique_ptr<kstring>& value) try
     : PQJsonString(value ? *value : kstring()) {}
-PQ_CATCH_AND_TREAT
-
-PQJsonString::PQJsonString(const PQJsonString& other) try : PQJsonOrder(other) {}
-PQ_CATCH_AND_TREAT
-
-PQJsonString::~PQJsonString() = default;
-
-std::unique_ptr<PQOrder> PQJsonString::clone() const try {
-    checkCloneable(PQ_FRAME_SITE());
-    return std::make_unique<PQJsonString>(*this);
-}
-PQ_CATCH_AND_TREAT
-
-void PQJsonString::get_localOrderString(PQSourceOrderPieceWrapper& out) const try {
-    render(Shape::String, out, true);
-}
-PQ_CATCH_AND_TREAT
-
-void PQJsonString::get_localOrderString_noEscape(PQSourceOrderPieceWrapper& out) const try {
-    render(Shape::String, out, false);
-}
 PQ_CATCH_AND_TREAT
 
 PQSecuredString PQJsonString::get_pieceValue() const try {

@@ -11,6 +11,7 @@ namespace PQ_UTILS {
 // reads "\\n" before "\\\\": a stored backslash, backslash, "n" reads back as
 // a backslash and a line feed, so the two are not exact inverses.
 class PQJsonString : public PQJsonOrder {
+public:
     PQ_IDENTITY(PQJsonString)
 
     // No piece: written "\"\"".

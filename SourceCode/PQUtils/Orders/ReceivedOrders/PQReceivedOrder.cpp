@@ -95,9 +95,9 @@ struct PQReceivedOrder::AgeCheckTexts {
 PQReceivedOrder::PQReceivedOrder(PQReceivedOrderType type) : m_receivedOrderType(type) {}
 
 PQReceivedOrder::PQReceivedOrder(const PQReceivedOrder& other) try
-    : PQIdentifiable(other), m_receivedOrderType(other.m_receivedOrderType),
-      m_orderStringReceived(other.m_orderStringReceived), m_userData1(other.m_userData1),
-      m_userData2(other.m_userData2), m_counter(other.m_counter) {}
+    : PQIdentifiable(other), m_orderStringReceived(other.m_orderStringReceived),
+      m_userData1(other.m_userData1), m_userData2(other.m_userData2),
+      m_receivedOrderType(other.m_receivedOrderType), m_counter(other.m_counter) {}
 PQ_CATCH_AND_TREAT
 
 PQReceivedOrder::~PQReceivedOrder() = default;

@@ -34,6 +34,7 @@ struct PQDroppedElement {
 //   order.set_listOrderPiece(std::move(pieces));
 //   order.getValueFromKeyOptional("id");                       // "12"
 class PQReceivedOrder : public PQIdentifiable {
+public:
     PQ_IDENTITY(PQReceivedOrder)
 
     using PieceList = std::vector<PQOrderPiece>;
@@ -108,6 +109,13 @@ class PQReceivedOrder : public PQIdentifiable {
     void assertOrderNotTreatedSinceMoreThan(unsigned int msecsMax, long long& msecs,
                                             const kstring& from) const;
 
+protected:
+    // Filled by derived orders with the text they received.
+    PQSourceOrderWrapper m_orderStringReceived;
+    // Two values of the derived orders' own, copied with the order.
+    std::uint64_t m_userData1 = 0;
+    std::uint64_t m_userData2 = 0;
+
 private:
     struct AgeCheckTexts;
     // Both forms above; `dropped` may be null. Named as they are, since its
@@ -120,20 +128,7 @@ private:
 
     PQReceivedOrderType m_receivedOrderType;
     std::unique_ptr<PieceList> m_listOrderPiece;
-
-protected:
-    // Filled by derived orders with the text they received.
-    PQSourceOrderWrapper m_orderStringReceived;
-
-private:
     kstring m_id;
-
-protected:
-    // Two values of the derived orders' own, copied with the order.
-    std::uint64_t m_userData1 = 0;
-    std::uint64_t m_userData2 = 0;
-
-private:
     PQITimeCounter* m_counter = nullptr;
 };
 
