@@ -72,13 +72,16 @@ function randomOrder(refusedInKeys, refusedInValues) {
 
 // What the tool reads from each line of `texts`: per order, its pieces as
 // [key, value] of text with bytes that are not UTF-8 shown as U+FFFD; and
-// how many elements it reported dropped, for the whole batch.
+// how many elements it reported dropped (one line each), for the whole batch.
 function nativeParse(texts, raw) {
   const input = Buffer.concat(texts.flatMap((text) => [Buffer.from(text), Buffer.from('\n')]));
   const run = pqorder(['parse', '--json', ...(raw ? ['--raw'] : [])], input);
   assert.ok(run.status === 0 || run.status === 1, run.stderr.toString());
   const orders = readJsonStream(run.stdout.toString()).map((order) => order.entries);
-  const reports = run.stderr.toString().split('\n').filter((line) => line.startsWith('pqorder: library:'));
+  const reports = run.stderr
+    .toString()
+    .split('\n')
+    .filter((line) => /^pqorder: element \d+ ".*": .*, dropped$/.test(line));
   return { orders, dropped: reports.length };
 }
 
@@ -134,6 +137,11 @@ function pieceArgs(pairs) {
   return pairs.map(([key, value]) => Buffer.concat([Buffer.from(key), Buffer.from('='), Buffer.from(value)]));
 }
 
+function isBracketed(key, value) {
+  const piece = Buffer.concat([Buffer.from(bytes(key)), Buffer.from('='), Buffer.from(bytes(value))]);
+  return piece[0] === 0x5b && piece[piece.length - 1] === 0x5d;
+}
+
 function nativeRenders(action, orders) {
   const args = [];
   orders.forEach((pairs, i) => {
@@ -159,7 +167,10 @@ test(`${kOrders} orders rendered natively are rendered alike here, and read back
     const action = random.pick(kActions);
     const orders = [];
     for (let i = 0; i < kBatch; ++i) {
-      orders.push(randomOrder(refusedInKeys, refusedInValues));
+      // The tool's command-line parser reads an argument "[...]" as a list
+      // and splits it at commas, so such a piece cannot reach it whole.
+      const pairs = randomOrder(refusedInKeys, refusedInValues);
+      orders.push(pairs.filter(([key, value]) => !isBracketed(key, value)));
     }
     const native = nativeRenders(action, orders);
     orders.forEach((pairs, i) => {
