@@ -41,12 +41,9 @@ std::string randomBytes(std::mt19937& engine, std::size_t size) {
 TEST(PQStringCodec, Base64) {
     const struct {
         std::string data, expected;
-    } rows[] = {{"", ""},
-                {"f", "Zg=="},
-                {"fo", "Zm8="},
-                {"foo", "Zm9v"},
-                {"foob", "Zm9vYg=="},
-                {"fooba", "Zm9vYmE="},
+    } rows[] = {// The RFC vectors run on every encoder path in PQBase64_test; here,
+                // the public call on bytes that a zero-terminated copy would lose.
+                {"", ""},
                 {"foobar", "Zm9vYmFy"},
                 {std::string("\0\xFF\x80", 3), "AP+A"},
                 {"\xFB\xFF", "+/8="}};
