@@ -38,14 +38,15 @@ void BM_RemovePQEntities(benchmark::State& state) {
 }
 BENCHMARK(BM_RemovePQEntities)->Apply(pqbench::sweepArgs);
 
-// The order writer's escaping of a value: sized, then appended to text that
-// is kept from one order to the next.
+// The order writer's escaping of a value: room guessed as the writer
+// guesses it, then appended to text that is kept from one order to the
+// next.
 void BM_OrderWriterEscape(benchmark::State& state) {
     kstring text;
     throughput(state, pqbench::sweepInput(state), [&](const std::string& value) {
         text.clear();
         PQ_UTILS::internal::appendOrderEscaped(text, value,
-                                               PQ_UTILS::internal::orderEscapedBound(value));
+                                               PQ_UTILS::internal::orderEscapedRoom(value.size()));
         return text.size();
     });
 }

@@ -276,32 +276,29 @@ PQSecuredString PQOrder::get_orderString() const try {
     // are read in place.
     const auto& pieces = m_pPrivateImp->m_listOrderPiece;
     std::vector<PQSecuredString> nested;
-    struct Value {
-        std::string_view text;
-        std::size_t escapedSize;
-    };
-    std::vector<Value> values;
+    std::vector<std::string_view> values;
     values.reserve(pieces.size());
     std::size_t size = name.size() + 10;
     for (const std::unique_ptr<PQOrderPiece>& piece : pieces) {
-        const std::string_view text =
+        values.push_back(
             piece->get_orderPieceType() == PQOrderPiece::TYPE_STRING
                 ? std::string_view(*piece->m_value.getStringSource())
                 : std::string_view(
-                      *nested.emplace_back(piece->get_localOrderString()).getStringSource());
-        values.push_back({text, internal::orderEscapedBound(text)});
-        size += piece->get_key().size() + 2 + values.back().escapedSize;
+                      *nested.emplace_back(piece->get_localOrderString()).getStringSource()));
+        size += piece->get_key().size() + 2 + internal::orderEscapedRoom(values.back().size());
     }
-    // Sized once, so that no partly written copy of the text is left behind
-    // unwiped as it grows.
+    // Room guessed rather than counted, which spares a pass over the values:
+    // text with more to escape grows, and every buffer it leaves is wiped.
     PQWipedString text;
     text.get().reserve(size);
     text.get().append("action=").append(name);
     for (std::size_t i = 0; i < pieces.size(); ++i) {
-        text.get().append(1, '&').append(pieces[i]->get_key()).append(1, '=');
-        internal::appendOrderEscaped(text.get(), values[i].text, values[i].escapedSize);
+        internal::appendWiped(text.get(), "&");
+        internal::appendWiped(text.get(), pieces[i]->get_key());
+        internal::appendWiped(text.get(), "=");
+        internal::appendOrderEscaped(text.get(), values[i], 0);
     }
-    text.get().append("&//");
+    internal::appendWiped(text.get(), "&//");
     return PQSecuredString(std::move(text.get()));
 }
 PQ_CATCH_AND_TREAT

@@ -94,7 +94,7 @@ public:
     void runExactly(const char* from, std::size_t size) {
         if (size > kDirect) {
             flush();
-            m_out.append(from, size);
+            appendWiped(m_out, {from, size});
             return;
         }
         if (m_used + size > kRoom) {
@@ -115,7 +115,7 @@ public:
         m_reached = std::max(m_reached, m_used + padded.size());
     }
     void flush() {
-        m_out.append(m_buffer.data(), m_used);
+        appendWiped(m_out, {m_buffer.data(), m_used});
         m_used = 0;
     }
 
@@ -137,7 +137,7 @@ private:
 template <BlockPath Path, class Stops>
 void writeEscaped(std::string_view value, const Stops& stops, StagedOutput& out) {
     constexpr std::size_t kBlock = Stops::kBlock;
-    constexpr std::size_t kGroup = 4 * kBlock;
+    constexpr std::size_t kGroup = Stops::kGroup;
     const char* const in = value.data();
     const std::size_t size = value.size();
     std::size_t copied = 0; // the bytes before it are written
@@ -168,12 +168,15 @@ void writeEscaped(std::string_view value, const Stops& stops, StagedOutput& out)
     };
     bool open = true;
     std::size_t i = 0;
-    for (; open && i + kGroup <= size; i += kGroup) {
-        if (stops.template anyIn<4, Path>(in + i)) {
-            for (std::size_t block = i; open && block < i + kGroup; block += kBlock) {
-                open = handleBlock(block);
-            }
+    while (open) {
+        i = stops.template skipClean<Path>(in, i, size);
+        if (size < kGroup || i > size - kGroup) {
+            break;
         }
+        for (std::size_t block = i; open && block < i + kGroup; block += kBlock) {
+            open = handleBlock(block);
+        }
+        i += kGroup;
     }
     for (; open && i + kBlock <= size; i += kBlock) {
         open = handleBlock(i);
@@ -277,7 +280,7 @@ constexpr std::array<Replacement, kOrderEscapes.size()> kRestoredOf = [] {
 // over at once, and the token there, if any, restored.
 template <BlockPath Path> void writeUnescaped(std::string_view searched, StagedOutput& out) {
     constexpr std::size_t kBlock = decltype(kDash)::kBlock;
-    constexpr std::size_t kGroup = 4 * kBlock;
+    constexpr std::size_t kGroup = decltype(kDash)::kGroup;
     std::size_t copied = 0; // the bytes before it are written
     std::size_t next = 0;   // the walk looks for tokens from here on
     const auto restore = [&](const TokenAt& token) {
@@ -327,12 +330,15 @@ template <BlockPath Path> void writeUnescaped(std::string_view searched, StagedO
         }
     };
     std::size_t i = 0;
-    for (; i + kGroup <= size; i += kGroup) {
-        if (kDash.anyIn<4, Path>(in + i)) {
-            for (std::size_t block = i; block < i + kGroup; block += kBlock) {
-                handleBlock(block);
-            }
+    while (true) {
+        i = kDash.skipClean<Path>(in, i, size);
+        if (size < kGroup || i > size - kGroup) {
+            break;
         }
+        for (std::size_t block = i; block < i + kGroup; block += kBlock) {
+            handleBlock(block);
+        }
+        i += kGroup;
     }
     for (; i + kBlock <= size; i += kBlock) {
         handleBlock(i);
@@ -345,10 +351,16 @@ template <BlockPath Path> void writeUnescaped(std::string_view searched, StagedO
     out.runExactly(in + copied, size - copied);
 }
 
-// The walk on the path asked for.
+// The walk on the path asked for (on arm64, avx2 means the vector path).
 template <class Walk> void onPath(BlockPath path, Walk walk) {
+    if constexpr (kHasAvx2Path) {
+        if (path == BlockPath::avx2) {
+            walk(std::integral_constant<BlockPath, BlockPath::avx2>());
+            return;
+        }
+    }
     if constexpr (kHasVectorPath) {
-        if (path == BlockPath::vector) {
+        if (path != BlockPath::portable) {
             walk(std::integral_constant<BlockPath, kNativePath>());
             return;
         }
@@ -358,6 +370,22 @@ template <class Walk> void onPath(BlockPath path, Walk walk) {
 
 } // namespace
 
+void reserveWiped(kstring& out, std::size_t room) {
+    const std::size_t needed = out.size() + room;
+    if (needed <= out.capacity()) {
+        return;
+    }
+    if (out.empty()) { // no text to leave behind
+        out.reserve(needed);
+        return;
+    }
+    kstring moved;
+    moved.reserve(std::max(needed, 2 * out.capacity()));
+    moved.append(out);
+    secureWipe(out);
+    out.swap(moved);
+}
+
 void appendOrderUnescaped(kstring& out, std::string_view value, BlockPath path) {
     const std::string_view searched = untilZero(value.data(), value.size());
     {
@@ -365,7 +393,7 @@ void appendOrderUnescaped(kstring& out, std::string_view value, BlockPath path) 
         onPath(path, [&](auto onIt) { writeUnescaped<decltype(onIt)::value>(searched, staged); });
         staged.flush();
     }
-    out.append(value.substr(searched.size()));
+    appendWiped(out, value.substr(searched.size()));
 }
 
 std::size_t orderEscapedBound(std::string_view value, bool lineFeeds) noexcept {
@@ -380,7 +408,7 @@ std::size_t orderEscapedBound(std::string_view value, bool lineFeeds) noexcept {
 
 void appendOrderEscaped(kstring& out, std::string_view value, std::size_t room, bool lineFeeds,
                         BlockPath path) {
-    out.reserve(out.size() + room);
+    reserveWiped(out, room);
     StagedOutput staged(out);
     onPath(path, [&](auto onIt) {
         withStops(lineFeeds, [&](const auto& stops) {
