@@ -118,6 +118,26 @@ TEST(PQOrderEscape, AZeroByteEndsTheEscapingOnEveryPath) {
     }
 }
 
+TEST(PQOrderEscape, AZeroByteInsideATokenEndsTheUnescapingThere) {
+    // Tokens, chains and dashes, the zero at every place: what lies across
+    // it is no token.
+    std::string text;
+    while (text.size() < 100) {
+        text += "--equ----amp--x--dbsl--dbsl--y-";
+    }
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        std::string value = text;
+        value[at] = '\0';
+        const kstring expected = unescapedInPasses(kstring(value));
+        for (const BlockPath path : paths()) {
+            kstring unescaped;
+            PQ_UTILS::internal::appendOrderUnescaped(unescaped, value, path);
+            ASSERT_EQ(unescaped, expected)
+                << "zero at " << at << ", path " << static_cast<int>(path);
+        }
+    }
+}
+
 TEST(PQOrderEscape, RoomOfTheBoundKeepsTheTextInPlace) {
     // The writer reserves the bounds once: the text must never move, or a
     // copy of it would be left unwiped.

@@ -6,7 +6,6 @@
 #include <type_traits>
 #include <vector>
 
-#include "PQUtils/Utils/PQByteSearchInternal.h"
 #include "PQUtils/Utils/PQByteSetInternal.h"
 #include "PQUtils/Utils/PQOrderEscapeInternal.h"
 #include "PQUtils/Utils/PQSecureMemory.h"
@@ -264,7 +263,9 @@ void chooseInChain(const std::vector<TokenAt>& chain, std::vector<bool>& restore
     }
 }
 
-constexpr ByteSet kDash("-");
+// The dash that starts every token, and the zero byte, where the walk
+// stops.
+constexpr ByteSet kDashStops("-\0");
 
 // The characters each row's token stands for, padded for one store.
 constexpr std::array<Replacement, kOrderEscapes.size()> kRestoredOf = [] {
@@ -275,38 +276,46 @@ constexpr std::array<Replacement, kOrderEscapes.size()> kRestoredOf = [] {
     return table;
 }();
 
-// The reader's walk over `searched` (the value up to its first zero byte):
-// each dash is found a block at a time, groups of four clean blocks passed
-// over at once, and the token there, if any, restored.
-template <BlockPath Path> void writeUnescaped(std::string_view searched, StagedOutput& out) {
-    constexpr std::size_t kBlock = decltype(kDash)::kBlock;
-    constexpr std::size_t kGroup = decltype(kDash)::kGroup;
+// The reader's walk over `value`, up to its first zero byte and the rest
+// copied as it is: each dash (or the zero) is found a block at a time,
+// groups of four clean blocks passed over at once, and the token at a dash,
+// if any, restored. The zero is one of the bytes looked for, so that no
+// pass is spent finding it.
+template <BlockPath Path> void writeUnescaped(std::string_view value, StagedOutput& out) {
+    constexpr std::size_t kBlock = decltype(kDashStops)::kBlock;
+    constexpr std::size_t kGroup = decltype(kDashStops)::kGroup;
+    const char* const in = value.data();
+    const std::size_t size = value.size();
     std::size_t copied = 0; // the bytes before it are written
     std::size_t next = 0;   // the walk looks for tokens from here on
     const auto restore = [&](const TokenAt& token) {
-        out.run(searched.data() + copied, token.start - copied,
-                token.start + kGroup <= searched.size());
+        out.run(in + copied, token.start - copied, token.start + kGroup <= size);
         out.token(kRestoredOf[token.row].text, kRestoredOf[token.row].size);
         copied = tokenEnd(token);
     };
     std::vector<TokenAt> chain;
     std::vector<bool> restored;
+    // False at the zero byte, where unescaping ends. No token holds one, so
+    // none that is read reaches past it.
     const auto handle = [&](std::size_t pos) {
+        if (in[pos] == '\0') {
+            return false;
+        }
         if (pos < next) {
-            return;
+            return true;
         }
-        const std::optional<TokenAt> first = orderTokenAt(searched, pos);
+        const std::optional<TokenAt> first = orderTokenAt(value, pos);
         if (!first) {
-            return;
+            return true;
         }
-        std::optional<TokenAt> following = overlappingToken(searched, *first);
+        std::optional<TokenAt> following = overlappingToken(value, *first);
         if (!following) { // alone, as nearly every token is
             restore(*first);
             next = copied;
-            return;
+            return true;
         }
         chain.assign({*first, *following});
-        while ((following = overlappingToken(searched, chain.back()))) {
+        while ((following = overlappingToken(value, chain.back()))) {
             chain.push_back(*following);
         }
         chooseInChain(chain, restored);
@@ -316,36 +325,39 @@ template <BlockPath Path> void writeUnescaped(std::string_view searched, StagedO
             }
         }
         next = tokenEnd(chain.back());
+        return true;
     };
-    const char* const in = searched.data();
-    const std::size_t size = searched.size();
     const auto handleBlock = [&](std::size_t block) {
         // The dashes of a restored token, in this block or the next, are
         // dropped with it.
-        auto hits = kDash.blockHits<Path>(in + block);
+        auto hits = kDashStops.blockHits<Path>(in + block);
         for (hits.dropBefore(next > block ? next - block : 0); !hits.empty();
              hits.dropBefore(next > block ? next - block : 0)) {
-            handle(block + hits.first());
+            if (!handle(block + hits.first())) {
+                return false;
+            }
             hits.dropFirst();
         }
+        return true;
     };
+    bool open = true;
     std::size_t i = 0;
-    while (true) {
-        i = kDash.skipClean<Path>(in, i, size);
+    while (open) {
+        i = kDashStops.skipClean<Path>(in, i, size);
         if (size < kGroup || i > size - kGroup) {
             break;
         }
-        for (std::size_t block = i; block < i + kGroup; block += kBlock) {
-            handleBlock(block);
+        for (std::size_t block = i; open && block < i + kGroup; block += kBlock) {
+            open = handleBlock(block);
         }
         i += kGroup;
     }
-    for (; i + kBlock <= size; i += kBlock) {
-        handleBlock(i);
+    for (; open && i + kBlock <= size; i += kBlock) {
+        open = handleBlock(i);
     }
-    for (; i < size; ++i) {
-        if (in[i] == '-') {
-            handle(i);
+    for (; open && i < size; ++i) {
+        if (kDashStops.contains(in[i])) {
+            open = handle(i);
         }
     }
     out.runExactly(in + copied, size - copied);
@@ -387,13 +399,9 @@ void reserveWiped(kstring& out, std::size_t room) {
 }
 
 void appendOrderUnescaped(kstring& out, std::string_view value, BlockPath path) {
-    const std::string_view searched = untilZero(value.data(), value.size());
-    {
-        StagedOutput staged(out);
-        onPath(path, [&](auto onIt) { writeUnescaped<decltype(onIt)::value>(searched, staged); });
-        staged.flush();
-    }
-    appendWiped(out, value.substr(searched.size()));
+    StagedOutput staged(out);
+    onPath(path, [&](auto onIt) { writeUnescaped<decltype(onIt)::value>(value, staged); });
+    staged.flush();
 }
 
 std::size_t orderEscapedBound(std::string_view value, bool lineFeeds) noexcept {
