@@ -138,6 +138,32 @@ TEST(PQOrderEscape, AZeroByteInsideATokenEndsTheUnescapingThere) {
     }
 }
 
+TEST(PQOrderEscape, SpecialsAcrossTheEndOfAStretchOfCleanText) {
+    // The walks skip clean text in stretches of 4 KiB and copy each as it
+    // ends: a pair, a token or a chain across that end, or a zero byte
+    // just before or after it.
+    for (const std::string_view piece :
+         {std::string_view("//"), std::string_view("///"), std::string_view("--equ--"),
+          std::string_view("--amp----dbsl--"), std::string_view("=\0&")}) {
+        for (std::size_t at = 4096 - 20; at < 4096 + 4; ++at) {
+            std::string value(9000, 'x');
+            value.replace(at, piece.size(), piece);
+            const kstring escaped = escapedInPasses(kstring(value), false);
+            const kstring unescaped = unescapedInPasses(kstring(value));
+            for (const BlockPath path : paths()) {
+                SCOPED_TRACE(testing::Message()
+                             << piece << " at " << at << ", path " << static_cast<int>(path));
+                kstring text;
+                PQ_UTILS::internal::appendOrderEscaped(text, value, 0, false, path);
+                ASSERT_EQ(text, escaped);
+                text.clear();
+                PQ_UTILS::internal::appendOrderUnescaped(text, value, path);
+                ASSERT_EQ(text, unescaped);
+            }
+        }
+    }
+}
+
 TEST(PQOrderEscape, RoomOfTheBoundKeepsTheTextInPlace) {
     // The writer reserves the bounds once: the text must never move, or a
     // copy of it would be left unwiped.

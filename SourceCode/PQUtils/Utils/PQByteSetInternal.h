@@ -318,7 +318,7 @@ private:
     // take a compare per byte and half, all ORed (the splats are hoisted).
     // No lambda here: it would not be compiled for AVX2.
     template <std::size_t... K>
-    PQ_AVX2_TARGET [[nodiscard]] std::size_t
+    [[nodiscard]] PQ_AVX2_TARGET std::size_t
     skipCleanAvx2(const char* data, std::size_t pos, std::size_t size,
                   std::index_sequence<K...> /*bytes*/) const noexcept {
         if (m_lookUp) {

@@ -130,12 +130,54 @@ private:
     std::size_t m_reached = 0; // wiped on the way out
 };
 
+// How both walks go over a value: clean groups passed over by the scanner,
+// each block of a group that holds a byte of `stops` given to `onBlock`, the
+// bytes after the last whole block to `onByte` (either returns false to
+// stop). Clean text is skipped in stretches of kStretch bytes, and
+// `onClean` told where each ends, so that it is copied while it is still
+// in the first-level cache rather than read again from further away.
+inline constexpr std::size_t kStretch = 4096;
+
+template <BlockPath Path, class Stops, class OnBlock, class OnByte, class OnClean>
+void walkStops(const Stops& stops, std::string_view value, OnBlock onBlock, OnByte onByte,
+               OnClean onClean) {
+    constexpr std::size_t kBlock = Stops::kBlock;
+    constexpr std::size_t kGroup = Stops::kGroup;
+    static_assert(kStretch % kGroup == 0);
+    const char* const in = value.data();
+    const std::size_t size = value.size();
+    bool open = true;
+    std::size_t i = 0;
+    while (open && size >= kGroup && i <= size - kGroup) {
+        const std::size_t end = size - i > kStretch ? i + kStretch : size;
+        i = stops.template skipClean<Path>(in, i, end);
+        if (end - i < kGroup) { // clean to the end of the stretch
+            if (end == size) {
+                break;
+            }
+            onClean(i);
+            continue;
+        }
+        for (std::size_t block = i; open && block < i + kGroup; block += kBlock) {
+            open = onBlock(block);
+        }
+        i += kGroup;
+    }
+    for (; open && size >= kBlock && i <= size - kBlock; i += kBlock) {
+        open = onBlock(i);
+    }
+    for (; open && i < size; ++i) {
+        if (stops.contains(in[i])) {
+            open = onByte(i);
+        }
+    }
+}
+
 // Writes the escaped form of `value` up to its first zero byte, and the
 // rest as it is. Groups of four blocks are tested at once and skipped when
 // clean: their bytes go out with the run they belong to.
 template <BlockPath Path, class Stops>
 void writeEscaped(std::string_view value, const Stops& stops, StagedOutput& out) {
-    constexpr std::size_t kBlock = Stops::kBlock;
     constexpr std::size_t kGroup = Stops::kGroup;
     const char* const in = value.data();
     const std::size_t size = value.size();
@@ -165,26 +207,14 @@ void writeEscaped(std::string_view value, const Stops& stops, StagedOutput& out)
         }
         return true;
     };
-    bool open = true;
-    std::size_t i = 0;
-    while (open) {
-        i = stops.template skipClean<Path>(in, i, size);
-        if (size < kGroup || i > size - kGroup) {
-            break;
-        }
-        for (std::size_t block = i; open && block < i + kGroup; block += kBlock) {
-            open = handleBlock(block);
-        }
-        i += kGroup;
-    }
-    for (; open && i + kBlock <= size; i += kBlock) {
-        open = handleBlock(i);
-    }
-    for (; open && i < size; ++i) {
-        if (i >= copied && stops.contains(in[i])) {
-            open = handle(i);
-        }
-    }
+    walkStops<Path>(
+        stops, value, handleBlock, [&](std::size_t at) { return at < copied || handle(at); },
+        [&](std::size_t end) {
+            if (end > copied) { // not inside a pair "//"
+                out.runExactly(in + copied, end - copied);
+                copied = end;
+            }
+        });
     out.runExactly(in + copied, size - copied);
 }
 
@@ -282,7 +312,6 @@ constexpr std::array<Replacement, kOrderEscapes.size()> kRestoredOf = [] {
 // if any, restored. The zero is one of the bytes looked for, so that no
 // pass is spent finding it.
 template <BlockPath Path> void writeUnescaped(std::string_view value, StagedOutput& out) {
-    constexpr std::size_t kBlock = decltype(kDashStops)::kBlock;
     constexpr std::size_t kGroup = decltype(kDashStops)::kGroup;
     const char* const in = value.data();
     const std::size_t size = value.size();
@@ -340,26 +369,12 @@ template <BlockPath Path> void writeUnescaped(std::string_view value, StagedOutp
         }
         return true;
     };
-    bool open = true;
-    std::size_t i = 0;
-    while (open) {
-        i = kDashStops.skipClean<Path>(in, i, size);
-        if (size < kGroup || i > size - kGroup) {
-            break;
+    walkStops<Path>(kDashStops, value, handleBlock, handle, [&](std::size_t end) {
+        if (end > copied) { // not inside a restored token
+            out.runExactly(in + copied, end - copied);
+            copied = end;
         }
-        for (std::size_t block = i; open && block < i + kGroup; block += kBlock) {
-            open = handleBlock(block);
-        }
-        i += kGroup;
-    }
-    for (; open && i + kBlock <= size; i += kBlock) {
-        open = handleBlock(i);
-    }
-    for (; open && i < size; ++i) {
-        if (kDashStops.contains(in[i])) {
-            open = handle(i);
-        }
-    }
+    });
     out.runExactly(in + copied, size - copied);
 }
 
@@ -399,6 +414,7 @@ void reserveWiped(kstring& out, std::size_t room) {
 }
 
 void appendOrderUnescaped(kstring& out, std::string_view value, BlockPath path) {
+    reserveWiped(out, value.size()); // restoring only shortens
     StagedOutput staged(out);
     onPath(path, [&](auto onIt) { writeUnescaped<decltype(onIt)::value>(value, staged); });
     staged.flush();

@@ -66,7 +66,8 @@ inline void appendWiped(kstring& out, std::string_view bytes) {
                                             bool lineFeeds = false) noexcept;
 void appendOrderEscaped(kstring& out, std::string_view value, std::size_t room,
                         bool lineFeeds = false, BlockPath path = bestPath());
-// The reader's unescaping of a value, appended to `out` in one pass: the
+// The reader's unescaping of a value, appended to `out` in one pass (room
+// for the value made first, as restoring only shortens): the
 // same output as PQString::removePQEntities, that is "--equ--" restored
 // first, then "--amp--", then "--dbsl--", each pass over the text the one
 // before left, up to the first zero byte.

@@ -214,7 +214,6 @@ PQ_CATCH_AND_TREAT
 
 std::unique_ptr<kstring> PQString::removePQEntities(const kstring& text) try {
     auto result = std::make_unique<kstring>();
-    result->reserve(text.size()); // restoring only shortens
     internal::appendOrderUnescaped(*result, text);
     return result;
 }

@@ -70,7 +70,6 @@ void appendPiece(PQReceivedOrder::PieceList& pieces, std::string_view element, s
     const std::string_view raw = element.substr(equals + 1);
     kstring value;
     if (removeEntities && findBytes(raw, kTokenStart) != std::string_view::npos) {
-        value.reserve(raw.size()); // restoring only shortens
         internal::appendOrderUnescaped(value, raw);
     } else {
         value.assign(raw);
