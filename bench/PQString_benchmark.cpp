@@ -98,6 +98,16 @@ BENCHMARK(BM_ByteSetFind<PQ_UTILS::internal::BlockPath::portable>);
 #if defined(PQ_BLOCK_SCAN_VECTOR)
 BENCHMARK(BM_ByteSetFind<PQ_UTILS::internal::BlockPath::vector>);
 #endif
+#if defined(PQ_BLOCK_SCAN_AVX2)
+void BM_ByteSetFindAvx2(benchmark::State& state) {
+    if (!PQ_UTILS::internal::avx2Supported()) {
+        state.SkipWithError("this processor has no AVX2");
+        return;
+    }
+    BM_ByteSetFind<PQ_UTILS::internal::BlockPath::avx2>(state);
+}
+BENCHMARK(BM_ByteSetFindAvx2);
+#endif
 
 // Numbers as pages send them: prices, and doubles printed in full.
 std::vector<std::string> numberTexts() {
