@@ -38,14 +38,15 @@ void BM_RemovePQEntities(benchmark::State& state) {
 }
 BENCHMARK(BM_RemovePQEntities)->Apply(pqbench::sweepArgs);
 
-// The order writer's escaping of a value: sized, then appended to text that
-// is kept from one order to the next.
+// The order writer's escaping of a value: room guessed as the writer
+// guesses it, then appended to text that is kept from one order to the
+// next.
 void BM_OrderWriterEscape(benchmark::State& state) {
     kstring text;
     throughput(state, pqbench::sweepInput(state), [&](const std::string& value) {
         text.clear();
         PQ_UTILS::internal::appendOrderEscaped(text, value,
-                                               PQ_UTILS::internal::orderEscapedBound(value));
+                                               PQ_UTILS::internal::orderEscapedRoom(value.size()));
         return text.size();
     });
 }
@@ -96,6 +97,16 @@ template <PQ_UTILS::internal::BlockPath Path> void BM_ByteSetFind(benchmark::Sta
 BENCHMARK(BM_ByteSetFind<PQ_UTILS::internal::BlockPath::portable>);
 #if defined(PQ_BLOCK_SCAN_VECTOR)
 BENCHMARK(BM_ByteSetFind<PQ_UTILS::internal::BlockPath::vector>);
+#endif
+#if defined(PQ_BLOCK_SCAN_AVX2)
+void BM_ByteSetFindAvx2(benchmark::State& state) {
+    if (!PQ_UTILS::internal::avx2Supported()) {
+        state.SkipWithError("this processor has no AVX2");
+        return;
+    }
+    BM_ByteSetFind<PQ_UTILS::internal::BlockPath::avx2>(state);
+}
+BENCHMARK(BM_ByteSetFindAvx2);
 #endif
 
 // Numbers as pages send them: prices, and doubles printed in full.

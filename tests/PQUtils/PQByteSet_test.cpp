@@ -1,5 +1,6 @@
-// The block scanner: its vector path (SSE2 or NEON, whichever this build
-// has) and its portable path give the same answers on the same bytes.
+// The block scanner: its portable path, its vector path (SSE2 or NEON,
+// whichever this build has) and its AVX2 path (where the processor has it)
+// give the same answers on the same bytes.
 
 #include <array>
 #include <cstddef>
@@ -14,16 +15,19 @@
 
 using PQ_UTILS::internal::BlockPath;
 using PQ_UTILS::internal::ByteSet;
+using PQ_UTILS::internal::kHasAvx2Path;
 using PQ_UTILS::internal::kHasVectorPath;
 
 namespace {
 
 // What one path says of a text: the positions of the set's bytes, read
-// block by block and found one after another, and their count.
+// block by block and found one after another, their count, and the groups
+// that skipping clean text stops at.
 struct Scan {
     std::vector<std::size_t> byBlocks;
     std::vector<std::size_t> byFind;
     std::size_t count = 0;
+    std::vector<std::size_t> groups;
 };
 
 template <BlockPath Path, class Set> Scan scanWith(const Set& set, std::string_view text) {
@@ -45,12 +49,33 @@ template <BlockPath Path, class Set> Scan scanWith(const Set& set, std::string_v
         scan.byFind.push_back(at);
     }
     scan.count = set.template count<Path>(text);
+    for (std::size_t at = set.template skipClean<Path>(text.data(), 0, text.size());
+         at + Set::kGroup <= text.size();
+         at = set.template skipClean<Path>(text.data(), at + Set::kGroup, text.size())) {
+        scan.groups.push_back(at);
+    }
     return scan;
+}
+
+// The path asked for, when this build has it.
+template <class Set> Scan scanOn(BlockPath path, const Set& set, std::string_view text) {
+    if constexpr (kHasAvx2Path) {
+        if (path == BlockPath::avx2) {
+            return scanWith<BlockPath::avx2>(set, text);
+        }
+    }
+    if constexpr (kHasVectorPath) {
+        if (path == BlockPath::vector) {
+            return scanWith<BlockPath::vector>(set, text);
+        }
+    }
+    return scanWith<BlockPath::portable>(set, text);
 }
 
 // Texts of every density of the set's bytes (alone and in runs), at every
 // alignment, with every tail length after whole blocks.
-template <class Set, std::size_t M> void checkBothPaths(const Set& set, const char (&members)[M]) {
+template <class Set, std::size_t M>
+void checkPath(BlockPath path, const Set& set, const char (&members)[M]) {
     std::mt19937 random(17);
     const std::string_view bytes(members, M - 1);
     std::string plain; // every byte value outside the set
@@ -61,7 +86,8 @@ template <class Set, std::size_t M> void checkBothPaths(const Set& set, const ch
     }
     std::string buffer;
     for (const double density : {0.0, 0.005, 0.02, 0.1, 0.5, 1.0}) {
-        for (const std::size_t size : {0, 1, 15, 16, 17, 31, 47, 64, 100, 255, 4200}) {
+        for (const std::size_t size :
+             {0, 1, 15, 16, 17, 31, 47, 63, 64, 65, 100, 128, 129, 255, 4200}) {
             for (std::size_t align = 0; align < 16; ++align) {
                 buffer.assign(align, 'x');
                 while (buffer.size() < align + size) {
@@ -76,41 +102,71 @@ template <class Set, std::size_t M> void checkBothPaths(const Set& set, const ch
                 SCOPED_TRACE(testing::Message() << "density " << density << ", size " << size
                                                 << ", alignment " << align);
                 std::vector<std::size_t> expected;
+                std::vector<std::size_t> groups; // every group holding one
                 for (std::size_t i = 0; i < text.size(); ++i) {
+                    const std::size_t group = i - i % Set::kGroup;
+                    if (bytes.find(text[i]) != std::string_view::npos &&
+                        group + Set::kGroup <= text.size()) {
+                        if (groups.empty() || groups.back() != group) {
+                            groups.push_back(group);
+                        }
+                    }
                     if (bytes.find(text[i]) != std::string_view::npos) {
                         expected.push_back(i);
                     }
                 }
-                const Scan portable = scanWith<BlockPath::portable>(set, text);
-                ASSERT_EQ(portable.byBlocks, expected);
-                ASSERT_EQ(portable.byFind, expected);
-                ASSERT_EQ(portable.count, expected.size());
-                if constexpr (kHasVectorPath) {
-                    const Scan vector = scanWith<BlockPath::vector>(set, text);
-                    ASSERT_EQ(vector.byBlocks, expected);
-                    ASSERT_EQ(vector.byFind, expected);
-                    ASSERT_EQ(vector.count, expected.size());
-                }
+                const Scan scan = scanOn(path, set, text);
+                ASSERT_EQ(scan.byBlocks, expected);
+                ASSERT_EQ(scan.byFind, expected);
+                ASSERT_EQ(scan.count, expected.size());
+                ASSERT_EQ(scan.groups, groups);
             }
         }
     }
 }
 
+std::string pathName(const testing::TestParamInfo<BlockPath>& info) {
+    constexpr std::array<const char*, 3> kNames{"portable", "vector", "avx2"};
+    return kNames.at(static_cast<std::size_t>(info.param));
+}
+
+class PQByteSetPath : public testing::TestWithParam<BlockPath> {
+protected:
+    void SetUp() override {
+        if (GetParam() == BlockPath::vector && !kHasVectorPath) {
+            GTEST_SKIP() << "this build has no vector path";
+        }
+        if (GetParam() == BlockPath::avx2 &&
+            !(kHasAvx2Path && PQ_UTILS::internal::avx2Supported())) {
+            GTEST_SKIP() << "this processor (or build) has no AVX2";
+        }
+    }
+};
+
 } // namespace
 
-TEST(PQByteSet, VectorAndPortablePathsAgree) {
-    // The sets the library scans for, and bytes that are zero or above 0x7f.
+TEST_P(PQByteSetPath, FindsWhatTheBytesSay) {
+    // The sets the library scans for (with the zero byte, as the walks
+    // search), a set with two bytes of one low nibble ("\\" and "\f"),
+    // and bytes that are zero or above 0x7f: the AVX2 path tests the first
+    // kind with a table look-up, the others with compares.
     constexpr char kOrder[] = "=&/";
-    constexpr char kJsonOrder[] = "=&/\n";
+    constexpr char kOrderStops[] = {'=', '&', '/', '\0', '\0'};
+    constexpr char kJsonOrderStops[] = {'=', '&', '/', '\n', '\0', '\0'};
     constexpr char kDash[] = "-";
     constexpr char kJson[] = "\\\"\n\t\v\r\f";
     constexpr char kOdd[] = {'\0', '\x80', '\xff', 'a', '\0'};
-    checkBothPaths(ByteSet(kOrder), kOrder);
-    checkBothPaths(ByteSet(kJsonOrder), kJsonOrder);
-    checkBothPaths(ByteSet(kDash), kDash);
-    checkBothPaths(ByteSet(kJson), kJson);
-    checkBothPaths(ByteSet(kOdd), kOdd);
+    checkPath(GetParam(), ByteSet(kOrder), kOrder);
+    checkPath(GetParam(), ByteSet(kOrderStops), kOrderStops);
+    checkPath(GetParam(), ByteSet(kJsonOrderStops), kJsonOrderStops);
+    checkPath(GetParam(), ByteSet(kDash), kDash);
+    checkPath(GetParam(), ByteSet(kJson), kJson);
+    checkPath(GetParam(), ByteSet(kOdd), kOdd);
 }
+
+INSTANTIATE_TEST_SUITE_P(EveryPath, PQByteSetPath,
+                         testing::Values(BlockPath::portable, BlockPath::vector, BlockPath::avx2),
+                         pathName);
 
 // The vector count adds up byte-wide lanes: a long text of nothing but the
 // set's bytes must not wrap them.

@@ -1,8 +1,9 @@
 // The order writer's escaping and the reader's unescaping of a value on
-// each path of the block scanner (the vector one of this build, if any, and
-// the portable one): the same bytes as the single-token passes, on random
-// text of every density of special bytes, at every alignment and tail
-// length, with runs of specials and tokens glued into chains.
+// each path of the block scanner (portable, the vector one of this build,
+// AVX2 where the processor has it): the same bytes as the single-token
+// passes, on random text of every density of special bytes, at every
+// alignment and tail length, with runs of specials and tokens glued into
+// chains. Text that grows leaves no unwiped copy behind.
 
 #include <cstddef>
 #include <random>
@@ -13,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include "PQUtils/Utils/PQOrderEscapeInternal.h"
+#include "PQUtils/Utils/PQSecureMemory.h"
 #include "PQUtils/Utils/PQString.h"
 
 using PQ_UTILS::kstring;
@@ -21,10 +23,14 @@ using PQ_UTILS::internal::BlockPath;
 
 namespace {
 
+// Every path this build and processor run (AVX2 where it is there).
 std::vector<BlockPath> paths() {
     std::vector<BlockPath> all{BlockPath::portable};
     if (PQ_UTILS::internal::kHasVectorPath) {
         all.push_back(BlockPath::vector);
+    }
+    if (PQ_UTILS::internal::avx2Supported()) {
+        all.push_back(BlockPath::avx2);
     }
     return all;
 }
@@ -112,6 +118,52 @@ TEST(PQOrderEscape, AZeroByteEndsTheEscapingOnEveryPath) {
     }
 }
 
+TEST(PQOrderEscape, AZeroByteInsideATokenEndsTheUnescapingThere) {
+    // Tokens, chains and dashes, the zero at every place: what lies across
+    // it is no token.
+    std::string text;
+    while (text.size() < 100) {
+        text += "--equ----amp--x--dbsl--dbsl--y-";
+    }
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        std::string value = text;
+        value[at] = '\0';
+        const kstring expected = unescapedInPasses(kstring(value));
+        for (const BlockPath path : paths()) {
+            kstring unescaped;
+            PQ_UTILS::internal::appendOrderUnescaped(unescaped, value, path);
+            ASSERT_EQ(unescaped, expected)
+                << "zero at " << at << ", path " << static_cast<int>(path);
+        }
+    }
+}
+
+TEST(PQOrderEscape, SpecialsAcrossTheEndOfAStretchOfCleanText) {
+    // The walks skip clean text in stretches of 4 KiB and copy each as it
+    // ends: a pair, a token or a chain across that end, or a zero byte
+    // just before or after it.
+    for (const std::string_view piece :
+         {std::string_view("//"), std::string_view("///"), std::string_view("--equ--"),
+          std::string_view("--amp----dbsl--"), std::string_view("=\0&")}) {
+        for (std::size_t at = 4096 - 20; at < 4096 + 4; ++at) {
+            std::string value(9000, 'x');
+            value.replace(at, piece.size(), piece);
+            const kstring escaped = escapedInPasses(kstring(value), false);
+            const kstring unescaped = unescapedInPasses(kstring(value));
+            for (const BlockPath path : paths()) {
+                SCOPED_TRACE(testing::Message()
+                             << piece << " at " << at << ", path " << static_cast<int>(path));
+                kstring text;
+                PQ_UTILS::internal::appendOrderEscaped(text, value, 0, false, path);
+                ASSERT_EQ(text, escaped);
+                text.clear();
+                PQ_UTILS::internal::appendOrderUnescaped(text, value, path);
+                ASSERT_EQ(text, unescaped);
+            }
+        }
+    }
+}
+
 TEST(PQOrderEscape, RoomOfTheBoundKeepsTheTextInPlace) {
     // The writer reserves the bounds once: the text must never move, or a
     // copy of it would be left unwiped.
@@ -126,6 +178,69 @@ TEST(PQOrderEscape, RoomOfTheBoundKeepsTheTextInPlace) {
         PQ_UTILS::internal::appendOrderEscaped(text, value, bound);
         EXPECT_EQ(text.data(), before) << density;
         EXPECT_LE(text.size(), 11 + bound);
+    }
+}
+
+// The sizes of the texts wiped while it lives, and whether every byte of
+// each was zero.
+class WipeWatch {
+public:
+    struct Seen {
+        bool allZero;
+        std::size_t size;
+    };
+    WipeWatch() {
+        seen().clear();
+        PQ_UTILS::setWipeObserver(&record);
+    }
+    WipeWatch(const WipeWatch&) = delete;
+    WipeWatch& operator=(const WipeWatch&) = delete;
+    ~WipeWatch() { PQ_UTILS::setWipeObserver(nullptr); }
+    static std::vector<Seen>& seen() {
+        static std::vector<Seen> wipes;
+        return wipes;
+    }
+
+private:
+    static void record(const char* data, std::size_t size) {
+        bool allZero = true;
+        for (std::size_t k = 0; k < size; ++k) {
+            allZero = allZero && data[k] == '\0';
+        }
+        seen().push_back({allZero, size});
+    }
+};
+
+TEST(PQOrderEscape, TextThatGrowsWipesWhatItLeaves) {
+    // Text that already holds a secret, with no room made: every buffer it
+    // leaves while it grows is wiped whole, and it grows geometrically.
+    std::mt19937 random(9);
+    const std::string value = randomText(random, 1.0, 20000, 0);
+    const kstring secret(100, 's');
+    for (const BlockPath path : paths()) {
+        for (const bool escaping : {true, false}) {
+            SCOPED_TRACE(testing::Message() << static_cast<int>(path) << " " << escaping);
+            const WipeWatch watch;
+            kstring text = secret;
+            text.shrink_to_fit();
+            const std::size_t capacity = text.capacity();
+            if (escaping) {
+                PQ_UTILS::internal::appendOrderEscaped(text, value, 0, false, path);
+                EXPECT_EQ(text, secret + escapedInPasses(kstring(value), false));
+            } else {
+                PQ_UTILS::internal::appendOrderUnescaped(text, value, path);
+                EXPECT_EQ(text, secret + unescapedInPasses(kstring(value)));
+            }
+            const std::vector<WipeWatch::Seen>& wipes = WipeWatch::seen();
+            ASSERT_FALSE(wipes.empty());
+            EXPECT_GE(wipes.front().size, capacity);
+            for (std::size_t k = 0; k < wipes.size(); ++k) {
+                EXPECT_TRUE(wipes[k].allZero) << k;
+                if (k > 0) {
+                    EXPECT_GE(wipes[k].size, 2 * wipes[k - 1].size) << k;
+                }
+            }
+        }
     }
 }
 

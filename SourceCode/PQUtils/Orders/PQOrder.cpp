@@ -342,20 +342,22 @@ void appendOrderText(kstring& out, std::string_view action,
     }
     constexpr std::string_view kHead = "action=";
     constexpr std::string_view kEnd = "&//";
-    std::size_t size = out.size() + kHead.size() + action.size() + kEnd.size();
+    // Room guessed rather than counted, which spares a pass over the values:
+    // text with more to escape grows, and every buffer it leaves is wiped.
+    std::size_t room = kHead.size() + action.size() + kEnd.size();
     for (const OrderTextPiece& piece : pieces) {
-        size += piece.key.size() + 2 + orderEscapedBound(piece.value);
+        room += piece.key.size() + 2 + orderEscapedRoom(piece.value.size());
     }
-    reserveAtLeast(out, size);
-    out.append(kHead).append(action);
+    reserveWiped(out, room);
+    appendWiped(out, kHead);
+    appendWiped(out, action);
     for (const OrderTextPiece& piece : pieces) {
-        out.push_back('&');
-        out.append(piece.key);
-        out.push_back('=');
-        // The whole text has its room already.
+        appendWiped(out, "&");
+        appendWiped(out, piece.key);
+        appendWiped(out, "=");
         appendOrderEscaped(out, piece.value, 0);
     }
-    out.append(kEnd);
+    appendWiped(out, kEnd);
 }
 
 } // namespace internal

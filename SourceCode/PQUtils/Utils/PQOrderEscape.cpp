@@ -6,7 +6,6 @@
 #include <type_traits>
 #include <vector>
 
-#include "PQUtils/Utils/PQByteSearchInternal.h"
 #include "PQUtils/Utils/PQByteSetInternal.h"
 #include "PQUtils/Utils/PQOrderEscapeInternal.h"
 #include "PQUtils/Utils/PQSecureMemory.h"
@@ -94,7 +93,7 @@ public:
     void runExactly(const char* from, std::size_t size) {
         if (size > kDirect) {
             flush();
-            m_out.append(from, size);
+            appendWiped(m_out, {from, size});
             return;
         }
         if (m_used + size > kRoom) {
@@ -115,7 +114,7 @@ public:
         m_reached = std::max(m_reached, m_used + padded.size());
     }
     void flush() {
-        m_out.append(m_buffer.data(), m_used);
+        appendWiped(m_out, {m_buffer.data(), m_used});
         m_used = 0;
     }
 
@@ -131,13 +130,55 @@ private:
     std::size_t m_reached = 0; // wiped on the way out
 };
 
+// How both walks go over a value: clean groups passed over by the scanner,
+// each block of a group that holds a byte of `stops` given to `onBlock`, the
+// bytes after the last whole block to `onByte` (either returns false to
+// stop). Clean text is skipped in stretches of kStretch bytes, and
+// `onClean` told where each ends, so that it is copied while it is still
+// in the first-level cache rather than read again from further away.
+inline constexpr std::size_t kStretch = 4096;
+
+template <BlockPath Path, class Stops, class OnBlock, class OnByte, class OnClean>
+void walkStops(const Stops& stops, std::string_view value, OnBlock onBlock, OnByte onByte,
+               OnClean onClean) {
+    constexpr std::size_t kBlock = Stops::kBlock;
+    constexpr std::size_t kGroup = Stops::kGroup;
+    static_assert(kStretch % kGroup == 0);
+    const char* const in = value.data();
+    const std::size_t size = value.size();
+    bool open = true;
+    std::size_t i = 0;
+    while (open && size >= kGroup && i <= size - kGroup) {
+        const std::size_t end = size - i > kStretch ? i + kStretch : size;
+        i = stops.template skipClean<Path>(in, i, end);
+        if (end - i < kGroup) { // clean to the end of the stretch
+            if (end == size) {
+                break;
+            }
+            onClean(i);
+            continue;
+        }
+        for (std::size_t block = i; open && block < i + kGroup; block += kBlock) {
+            open = onBlock(block);
+        }
+        i += kGroup;
+    }
+    for (; open && size >= kBlock && i <= size - kBlock; i += kBlock) {
+        open = onBlock(i);
+    }
+    for (; open && i < size; ++i) {
+        if (stops.contains(in[i])) {
+            open = onByte(i);
+        }
+    }
+}
+
 // Writes the escaped form of `value` up to its first zero byte, and the
 // rest as it is. Groups of four blocks are tested at once and skipped when
 // clean: their bytes go out with the run they belong to.
 template <BlockPath Path, class Stops>
 void writeEscaped(std::string_view value, const Stops& stops, StagedOutput& out) {
-    constexpr std::size_t kBlock = Stops::kBlock;
-    constexpr std::size_t kGroup = 4 * kBlock;
+    constexpr std::size_t kGroup = Stops::kGroup;
     const char* const in = value.data();
     const std::size_t size = value.size();
     std::size_t copied = 0; // the bytes before it are written
@@ -166,23 +207,14 @@ void writeEscaped(std::string_view value, const Stops& stops, StagedOutput& out)
         }
         return true;
     };
-    bool open = true;
-    std::size_t i = 0;
-    for (; open && i + kGroup <= size; i += kGroup) {
-        if (stops.template anyIn<4, Path>(in + i)) {
-            for (std::size_t block = i; open && block < i + kGroup; block += kBlock) {
-                open = handleBlock(block);
+    walkStops<Path>(
+        stops, value, handleBlock, [&](std::size_t at) { return at < copied || handle(at); },
+        [&](std::size_t end) {
+            if (end > copied) { // not inside a pair "//"
+                out.runExactly(in + copied, end - copied);
+                copied = end;
             }
-        }
-    }
-    for (; open && i + kBlock <= size; i += kBlock) {
-        open = handleBlock(i);
-    }
-    for (; open && i < size; ++i) {
-        if (i >= copied && stops.contains(in[i])) {
-            open = handle(i);
-        }
-    }
+        });
     out.runExactly(in + copied, size - copied);
 }
 
@@ -261,7 +293,9 @@ void chooseInChain(const std::vector<TokenAt>& chain, std::vector<bool>& restore
     }
 }
 
-constexpr ByteSet kDash("-");
+// The dash that starts every token, and the zero byte, where the walk
+// stops.
+constexpr ByteSet kDashStops("-\0");
 
 // The characters each row's token stands for, padded for one store.
 constexpr std::array<Replacement, kOrderEscapes.size()> kRestoredOf = [] {
@@ -272,38 +306,45 @@ constexpr std::array<Replacement, kOrderEscapes.size()> kRestoredOf = [] {
     return table;
 }();
 
-// The reader's walk over `searched` (the value up to its first zero byte):
-// each dash is found a block at a time, groups of four clean blocks passed
-// over at once, and the token there, if any, restored.
-template <BlockPath Path> void writeUnescaped(std::string_view searched, StagedOutput& out) {
-    constexpr std::size_t kBlock = decltype(kDash)::kBlock;
-    constexpr std::size_t kGroup = 4 * kBlock;
+// The reader's walk over `value`, up to its first zero byte and the rest
+// copied as it is: each dash (or the zero) is found a block at a time,
+// groups of four clean blocks passed over at once, and the token at a dash,
+// if any, restored. The zero is one of the bytes looked for, so that no
+// pass is spent finding it.
+template <BlockPath Path> void writeUnescaped(std::string_view value, StagedOutput& out) {
+    constexpr std::size_t kGroup = decltype(kDashStops)::kGroup;
+    const char* const in = value.data();
+    const std::size_t size = value.size();
     std::size_t copied = 0; // the bytes before it are written
     std::size_t next = 0;   // the walk looks for tokens from here on
     const auto restore = [&](const TokenAt& token) {
-        out.run(searched.data() + copied, token.start - copied,
-                token.start + kGroup <= searched.size());
+        out.run(in + copied, token.start - copied, token.start + kGroup <= size);
         out.token(kRestoredOf[token.row].text, kRestoredOf[token.row].size);
         copied = tokenEnd(token);
     };
     std::vector<TokenAt> chain;
     std::vector<bool> restored;
+    // False at the zero byte, where unescaping ends. No token holds one, so
+    // none that is read reaches past it.
     const auto handle = [&](std::size_t pos) {
+        if (in[pos] == '\0') {
+            return false;
+        }
         if (pos < next) {
-            return;
+            return true;
         }
-        const std::optional<TokenAt> first = orderTokenAt(searched, pos);
+        const std::optional<TokenAt> first = orderTokenAt(value, pos);
         if (!first) {
-            return;
+            return true;
         }
-        std::optional<TokenAt> following = overlappingToken(searched, *first);
+        std::optional<TokenAt> following = overlappingToken(value, *first);
         if (!following) { // alone, as nearly every token is
             restore(*first);
             next = copied;
-            return;
+            return true;
         }
         chain.assign({*first, *following});
-        while ((following = overlappingToken(searched, chain.back()))) {
+        while ((following = overlappingToken(value, chain.back()))) {
             chain.push_back(*following);
         }
         chooseInChain(chain, restored);
@@ -313,42 +354,40 @@ template <BlockPath Path> void writeUnescaped(std::string_view searched, StagedO
             }
         }
         next = tokenEnd(chain.back());
+        return true;
     };
-    const char* const in = searched.data();
-    const std::size_t size = searched.size();
     const auto handleBlock = [&](std::size_t block) {
         // The dashes of a restored token, in this block or the next, are
         // dropped with it.
-        auto hits = kDash.blockHits<Path>(in + block);
+        auto hits = kDashStops.blockHits<Path>(in + block);
         for (hits.dropBefore(next > block ? next - block : 0); !hits.empty();
              hits.dropBefore(next > block ? next - block : 0)) {
-            handle(block + hits.first());
+            if (!handle(block + hits.first())) {
+                return false;
+            }
             hits.dropFirst();
         }
+        return true;
     };
-    std::size_t i = 0;
-    for (; i + kGroup <= size; i += kGroup) {
-        if (kDash.anyIn<4, Path>(in + i)) {
-            for (std::size_t block = i; block < i + kGroup; block += kBlock) {
-                handleBlock(block);
-            }
+    walkStops<Path>(kDashStops, value, handleBlock, handle, [&](std::size_t end) {
+        if (end > copied) { // not inside a restored token
+            out.runExactly(in + copied, end - copied);
+            copied = end;
         }
-    }
-    for (; i + kBlock <= size; i += kBlock) {
-        handleBlock(i);
-    }
-    for (; i < size; ++i) {
-        if (in[i] == '-') {
-            handle(i);
-        }
-    }
+    });
     out.runExactly(in + copied, size - copied);
 }
 
-// The walk on the path asked for.
+// The walk on the path asked for (on arm64, avx2 means the vector path).
 template <class Walk> void onPath(BlockPath path, Walk walk) {
+    if constexpr (kHasAvx2Path) {
+        if (path == BlockPath::avx2) {
+            walk(std::integral_constant<BlockPath, BlockPath::avx2>());
+            return;
+        }
+    }
     if constexpr (kHasVectorPath) {
-        if (path == BlockPath::vector) {
+        if (path != BlockPath::portable) {
             walk(std::integral_constant<BlockPath, kNativePath>());
             return;
         }
@@ -358,14 +397,24 @@ template <class Walk> void onPath(BlockPath path, Walk walk) {
 
 } // namespace
 
-void appendOrderUnescaped(kstring& out, std::string_view value, BlockPath path) {
-    const std::string_view searched = untilZero(value.data(), value.size());
-    {
-        StagedOutput staged(out);
-        onPath(path, [&](auto onIt) { writeUnescaped<decltype(onIt)::value>(searched, staged); });
-        staged.flush();
+void reserveWiped(kstring& out, std::size_t room) {
+    const std::size_t needed = out.size() + room;
+    if (needed <= out.capacity()) {
+        return;
     }
-    out.append(value.substr(searched.size()));
+    // Even an empty text is wiped: a cleared buffer still holds what it had.
+    kstring moved;
+    moved.reserve(std::max(needed, 2 * out.capacity()));
+    moved.append(out);
+    secureWipe(out);
+    out.swap(moved);
+}
+
+void appendOrderUnescaped(kstring& out, std::string_view value, BlockPath path) {
+    reserveWiped(out, value.size()); // restoring only shortens
+    StagedOutput staged(out);
+    onPath(path, [&](auto onIt) { writeUnescaped<decltype(onIt)::value>(value, staged); });
+    staged.flush();
 }
 
 std::size_t orderEscapedBound(std::string_view value, bool lineFeeds) noexcept {
@@ -380,7 +429,7 @@ std::size_t orderEscapedBound(std::string_view value, bool lineFeeds) noexcept {
 
 void appendOrderEscaped(kstring& out, std::string_view value, std::size_t room, bool lineFeeds,
                         BlockPath path) {
-    reserveAtLeast(out, out.size() + room);
+    reserveWiped(out, room);
     StagedOutput staged(out);
     onPath(path, [&](auto onIt) {
         withStops(lineFeeds, [&](const auto& stops) {

@@ -33,6 +33,25 @@ inline constexpr EscapeToken kLineFeed{"\n", "--endl--"};
 // in the same order).
 inline constexpr std::array<EscapeToken, 3> kOrderEscapes{kEquals, kAmpersand, kDoubleSlash};
 
+// Text that is being built may be secret, and std::string leaves its old
+// buffer unwiped when it grows. These grow it by a new buffer, at least
+// twice as large (so that appending stays linear), and wipe the one left.
+// They never ask for less than the capacity: libc++ 13 (Emscripten's)
+// shrinks on such a reserve, which would move the text unwiped.
+void reserveWiped(kstring& out, std::size_t room);
+inline void appendWiped(kstring& out, std::string_view bytes) {
+    if (bytes.size() > out.capacity() - out.size()) {
+        reserveWiped(out, bytes.size());
+    }
+    out.append(bytes);
+}
+
+// Room to make for the escaped form of `size` bytes when they are not
+// counted: enough for text with a few special bytes; denser text grows.
+[[nodiscard]] constexpr std::size_t orderEscapedRoom(std::size_t size) noexcept {
+    return size + size / 4;
+}
+
 // The order writer's escaping of a value ("=" -> "--equ--", "&" -> "--amp--",
 // "//" -> "--dbsl--"; bytes after a zero byte copied as they are), appended
 // to `out`: the same output as PQString::restorePQEntities. With
@@ -41,19 +60,19 @@ inline constexpr std::array<EscapeToken, 3> kOrderEscapes{kEquals, kAmpersand, k
 // orderEscapedBound is a bound on the bytes appended: each special byte
 // (even after a zero byte) counted as growing by 7, the most any does ("="
 // and "&" grow by 6).
-// appendOrderEscaped first makes room for `room` more bytes in `out`: a
-// caller that reserves the sum of the bounds, or passes the bound, never has
-// its text moved, and so never leaves a copy unwiped. A smaller `room` is a
-// guess, and the text grows as it must. `path` is for the tests, which run
-// the block scanner's paths side by side.
+// appendOrderEscaped first makes room for `room` more bytes in `out`, then
+// grows it as it must, with reserveWiped: no copy of the text is left
+// unwiped, whatever `room` is. `path` is for the tests, which run the block
+// scanner's paths side by side; by default the fastest this processor runs.
 [[nodiscard]] std::size_t orderEscapedBound(std::string_view value,
                                             bool lineFeeds = false) noexcept;
 void appendOrderEscaped(kstring& out, std::string_view value, std::size_t room,
-                        bool lineFeeds = false, BlockPath path = kNativePath);
-// The reader's unescaping of a value, appended to `out` in one pass: the
+                        bool lineFeeds = false, BlockPath path = bestPath());
+// The reader's unescaping of a value, appended to `out` in one pass (room
+// for the value made first, as restoring only shortens): the
 // same output as PQString::removePQEntities, that is "--equ--" restored
 // first, then "--amp--", then "--dbsl--", each pass over the text the one
 // before left, up to the first zero byte.
-void appendOrderUnescaped(kstring& out, std::string_view value, BlockPath path = kNativePath);
+void appendOrderUnescaped(kstring& out, std::string_view value, BlockPath path = bestPath());
 
 } // namespace PQ_UTILS::internal

@@ -198,10 +198,10 @@ PQ_CATCH_AND_TREAT
 std::unique_ptr<kstring> PQString::restorePQEntities(const kstring& text) try {
     auto result = std::make_unique<kstring>();
     // Room guessed, which spares a pass to count the special bytes: a
-    // quarter more for a short text, which grows cheaply if it must; for a
-    // long one, the growth of its first bytes, scaled.
+    // quarter more for a short text, which grows if it must; for a long
+    // one, the growth of its first bytes, scaled.
     constexpr std::size_t kSample = std::size_t{1} << 16U;
-    std::size_t room = text.size() + text.size() / 4;
+    std::size_t room = internal::orderEscapedRoom(text.size());
     if (text.size() > kSample) {
         const std::string_view sample = std::string_view(text).substr(0, kSample);
         room = text.size() + text.size() / 32 +
@@ -214,7 +214,6 @@ PQ_CATCH_AND_TREAT
 
 std::unique_ptr<kstring> PQString::removePQEntities(const kstring& text) try {
     auto result = std::make_unique<kstring>();
-    result->reserve(text.size()); // restoring only shortens
     internal::appendOrderUnescaped(*result, text);
     return result;
 }

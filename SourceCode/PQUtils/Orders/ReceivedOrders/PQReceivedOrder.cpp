@@ -164,10 +164,9 @@ namespace internal {
 
 void appendOrderValue(kstring& out, std::string_view rawValue, bool removeEntities) {
     if (removeEntities && findBytes(rawValue, kTokenStart) != std::string_view::npos) {
-        reserveAtLeast(out, out.size() + rawValue.size()); // restoring only shortens
         appendOrderUnescaped(out, rawValue);
     } else {
-        out.append(rawValue);
+        appendWiped(out, rawValue);
     }
 }
 
