@@ -117,6 +117,15 @@ export function toBase64(bytes: Text): string;
 export function urlDecode(text: string): string;
 export function urlDecode(text: Uint8Array): Uint8Array;
 
+/** An action of the vocabulary: its name and value. */
+export interface Action {
+  name: string;
+  value: number;
+}
+
+/** The action vocabulary, in the library's order. */
+export function actions(): Action[];
+
 /** Bytes in use on the module's heap. */
 export function heapInUse(): number;
 

@@ -509,6 +509,22 @@ export function urlDecode(text) {
   return runOnText(core._pq_url_decode, text, 'text');
 }
 
+/**
+ * The action vocabulary, in the library's order: each action's name and
+ * value (the number an order's action stands for).
+ *   actions() -> [{name: 'NO_TYPE', value: 0}, ..., {name: 'log', value: ...}, ...]
+ */
+export function actions() {
+  return run(new Request(0), core._pq_actions, (reply) => {
+    const list = [];
+    for (let count = reply.number(); count > 0; --count) {
+      const value = reply.number() | 0;
+      list.push({ name: reply.text(false), value });
+    }
+    return list;
+  });
+}
+
 /** Bytes in use on the module's heap: for tests that calls give back what they take. */
 export function heapInUse() {
   return core._pq_heap_in_use();

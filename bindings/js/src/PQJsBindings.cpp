@@ -505,6 +505,18 @@ int pq_password_limits() {
     });
 }
 
+// -> the action vocabulary: its size, then each action's value and name.
+int pq_actions() {
+    return answer([] {
+        const auto& rows = get_PQReceivedOrderTypeRows();
+        putNumber(static_cast<std::uint32_t>(rows.size()));
+        for (const auto& row : rows) {
+            putNumber(static_cast<std::uint32_t>(row.value));
+            putText(row.name);
+        }
+    });
+}
+
 // per limit a flag and its value, a flag and the forbidden bytes, then the
 // password -> valid, the broken rules' words, the held classes' names.
 int pq_check_password(const std::uint8_t* data, std::size_t size) {

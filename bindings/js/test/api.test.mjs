@@ -165,3 +165,15 @@ test('urlDecode: as pqorder urldecode decodes', () => {
     assert.equal(Buffer.from(pq.urlDecode(bytes(text))).toString('latin1'), expected[i], text);
   });
 });
+
+test('actions: the vocabulary as pqorder actions lists it, names and values unique', () => {
+  const native = pqorder(['actions']).stdout.toString().trim().split('\n').map((line) => {
+    const [value, name] = line.split('\t');
+    return { name, value: Number(value) };
+  });
+  const list = pq.actions();
+  assert.deepEqual(list, native);
+  assert.equal(new Set(list.map((action) => action.name)).size, list.length);
+  assert.equal(new Set(list.map((action) => action.value)).size, list.length);
+  assert.ok(list.some((action) => action.name === 'log'));
+});
