@@ -134,9 +134,11 @@ function setUpDecodeView(pq) {
     return name < 0 ? '(none)' : result.names[name];
   }
 
+  // The rows are replaced in one step: emptying the table first would clamp
+  // the scroll position to its empty height.
   function renderRows() {
-    logRows.replaceChildren();
     if (result === null || result.count < 2) {
+      logRows.replaceChildren();
       return;
     }
     const first = Math.max(0, Math.floor(logScroll.scrollTop / kRowHeight) - kOverscan);
@@ -166,7 +168,7 @@ function setUpDecodeView(pq) {
       rows.push(row);
     }
     rows.push(spacer((result.count - last) * kRowHeight));
-    logRows.append(...rows);
+    logRows.replaceChildren(...rows);
   }
   let frame = 0;
   logScroll.addEventListener('scroll', () => {
