@@ -180,7 +180,7 @@ test('the order text vectors: action, pieces, raw values and drops as the reader
     }
   }
   // Control bytes, a byte that is not UTF-8 and a dropped element, marked.
-  await paste('action=event&text=tab\there&\u0000=b&junk&//');
+  await paste('action=askLogin&url=https:--dbsl--a.example/?x--equ--1--amp--y--equ--2&text=tab\there&\u0000=b&junk&//');
   assert.deepEqual(await page.$$eval('#pieces-rows .ctl', (marks) => marks.map((mark) => mark.textContent)), ['\\t', '\\t', '\\x00']);
   assert.equal(await page.$eval('#pieces-rows tr.dropped .dropped-mark', (mark) => mark.textContent), 'dropped: not key=value');
   await page.evaluate(() => document.activeElement.blur());
