@@ -3,7 +3,6 @@
 // by the library as the form changes.
 'use strict';
 
-// eslint-disable-next-line no-unused-vars
 function setUpBuildView(pq) {
   const $ = (id) => document.getElementById(id);
   const actions = pq.actions();

@@ -3,7 +3,6 @@
 // when it changes and kept nowhere else.
 'use strict';
 
-// eslint-disable-next-line no-unused-vars
 function setUpCheckViews(pq) {
   const $ = (id) => document.getElementById(id);
 
@@ -68,6 +67,8 @@ function setUpCheckViews(pq) {
     }
   }
   $('panel-password').addEventListener('input', checkPassword);
+  // The form is never sent anywhere (Enter would send it to this address).
+  $('password-form').addEventListener('submit', (event) => event.preventDefault());
   checkPassword();
 
   function checkCard() {

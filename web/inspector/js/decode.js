@@ -2,7 +2,6 @@
 // it finds in a virtualised table, and the chosen order in detail.
 'use strict';
 
-// eslint-disable-next-line no-unused-vars
 function setUpDecodeView(pq) {
   const { appendVisible, visibleText, asBytes, asText } = InspectorBytes;
   const $ = (id) => document.getElementById(id);
@@ -136,6 +135,16 @@ function setUpDecodeView(pq) {
 
   // The rows are replaced in one step: emptying the table first would clamp
   // the scroll position to its empty height.
+  // The start of an order, cut between characters (not inside one).
+  const kPreviewBytes = 160;
+  function previewEnd(start, end) {
+    let cut = Math.min(end, start + kPreviewBytes);
+    while (cut < end && cut > start && (text[cut] & 0xc0) === 0x80) {
+      --cut;
+    }
+    return cut;
+  }
+
   function renderRows() {
     if (result === null || result.count < 2) {
       logRows.replaceChildren();
@@ -157,14 +166,16 @@ function setUpDecodeView(pq) {
       const row = document.createElement('tr');
       row.dataset.index = String(i);
       row.setAttribute('aria-rowindex', String(i + 2));
-      row.setAttribute('aria-selected', String(i === selected));
+      if (i === selected) {
+        row.setAttribute('aria-current', 'true');
+      }
       row.classList.toggle('has-dropped', columns.dropped[i] > 0);
       cell(row, String(columns.line[i]));
       cell(row, actionLabel(i));
       cell(row, columns.known[i] ? String(columns.value[i]) : '');
       cell(row, String(columns.pieces[i]));
       cell(row, columns.dropped[i] > 0 ? String(columns.dropped[i]) : '');
-      cell(row, text.subarray(columns.start[i], Math.min(columns.end[i], columns.start[i] + 160)));
+      cell(row, text.subarray(columns.start[i], previewEnd(columns.start[i], columns.end[i])));
       rows.push(row);
     }
     rows.push(spacer((result.count - last) * kRowHeight));
@@ -307,7 +318,6 @@ function setUpDecodeView(pq) {
       size.textContent = isArray ? `[${entries.length} item${entries.length === 1 ? '' : 's'}]` : `{${entries.length} member${entries.length === 1 ? '' : 's'}}`;
       summary.append(label, size);
       const list = document.createElement('ul');
-      list.setAttribute('role', 'group');
       list.append(...entries.map(([name, member]) => jsonNode(name, member, depth + 1)));
       details.append(summary, list);
       item.append(details);
@@ -338,7 +348,6 @@ function setUpDecodeView(pq) {
     }
     try {
       const root = document.createElement('ul');
-      root.setAttribute('role', 'tree');
       root.setAttribute('aria-label', 'JSON content');
       root.append(jsonNode(null, pq.parseJsonContent(bytes), 0));
       tree.replaceChildren(root);

@@ -15,7 +15,6 @@
 // counted. Otherwise the whole text is one order, from its first "action="
 // to the first end mark after it.
 
-// eslint-disable-next-line no-unused-vars
 function inspectorWorker() {
   'use strict';
 
@@ -163,7 +162,6 @@ function inspectorWorker() {
     try {
       if (message.type === 'init') {
         // pqutilsLoad comes with this function in the worker's source.
-        // eslint-disable-next-line no-undef
         pq = await pqutilsLoad(message.wasm);
         valueOf = new Map(pq.actions().map((action) => [action.name, action.value]));
         settle();

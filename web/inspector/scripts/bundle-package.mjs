@@ -59,7 +59,7 @@ if (wasm === null) {
 mkdirSync(outDir, { recursive: true });
 writeFileSync(
   join(outDir, 'pqutils.js'),
-  `${header}// eslint-disable-next-line no-unused-vars\nasync function pqutilsLoad(wasmBase64) {\n` +
+  `${header}async function pqutilsLoad(wasmBase64) {\n` +
     `${factory}\n${api}\nreturn { ${names.join(', ')} };\n}\n`,
 );
-writeFileSync(join(outDir, 'pqutils-wasm.js'), `${header}// eslint-disable-next-line no-unused-vars\nconst pqutilsWasmBase64 = ${wasm[1]};\n`);
+writeFileSync(join(outDir, 'pqutils-wasm.js'), `${header}const pqutilsWasmBase64 = ${wasm[1]};\n`);

@@ -7,8 +7,9 @@
 
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
-import { existsSync, mkdirSync, writeFileSync } from 'node:fs';
-import { dirname, join } from 'node:path';
+import { existsSync, mkdirSync, readFileSync, writeFileSync } from 'node:fs';
+import { createServer } from 'node:http';
+import { dirname, extname, join, normalize } from 'node:path';
 import { after, afterEach, before, test } from 'node:test';
 import { fileURLToPath, pathToFileURL } from 'node:url';
 
@@ -47,6 +48,7 @@ const kDecodeTimeoutMs = 60000;
 let browser;
 let page;
 let seen;
+let ownFiles; // the address every request of the page must start with
 
 before(async () => {
   mkdirSync(shots, { recursive: true });
@@ -63,7 +65,8 @@ after(async () => {
 });
 
 // A fresh page for each test, every request and console message noted.
-async function openPage() {
+async function openPage(url = pageUrl, files = pageFiles) {
+  ownFiles = files;
   page = await browser.newPage();
   await page.setViewport({ width: 1100, height: 800 });
   seen = { requests: [], console: [] };
@@ -74,7 +77,7 @@ async function openPage() {
     window.policyViolations = [];
     document.addEventListener('securitypolicyviolation', (event) => window.policyViolations.push(event.violatedDirective));
   });
-  await page.goto(pageUrl);
+  await page.goto(url);
   await page.waitForSelector('body[data-ready="true"]', { timeout: 20000 });
 }
 
@@ -87,7 +90,7 @@ afterEach(async () => {
   page = undefined;
   assert.deepEqual(violations, [], 'policy violations');
   assert.deepEqual(seen.console, [], 'console messages');
-  const foreign = seen.requests.filter((url) => !url.startsWith(pageFiles) && !url.startsWith('blob:'));
+  const foreign = seen.requests.filter((url) => !url.startsWith(ownFiles) && !url.startsWith('blob:'));
   assert.deepEqual(foreign, [], 'requests beyond the page files');
 });
 
@@ -424,6 +427,7 @@ test('secrets stay put: masked copies, nothing in the address, storage or cookie
   await openPage();
   await page.click('#tab-password');
   await page.type('#password', 'Pa55word!');
+  await page.keyboard.press('Enter');
   await page.click('#tab-decode');
   await paste('action=askLogin&user=ada&password=s3cret&card=4111111111111111&junk&//');
   await page.click('#copy-as-text');
@@ -508,4 +512,25 @@ test('keyboard and assistive use: named controls, tabs from the keyboard, enough
   for (const { what, color, background } of pairs) {
     assert.ok(contrast(color, background) >= 4.5, `${what}: ${color} on ${background}`);
   }
+});
+
+test('served by a static server, the page works as from disk', async (t) => {
+  const types = { '.html': 'text/html', '.css': 'text/css', '.js': 'text/javascript', '.svg': 'image/svg+xml' };
+  const server = createServer((request, response) => {
+    const file = normalize(join(pageDir, decodeURIComponent(new URL(request.url, 'http://x').pathname)));
+    if (!file.startsWith(pageDir) || !existsSync(file) || !(extname(file) in types)) {
+      response.writeHead(404).end();
+      return;
+    }
+    response.writeHead(200, { 'Content-Type': types[extname(file)] }).end(readFileSync(file));
+  });
+  await new Promise((resolve) => server.listen(0, '127.0.0.1', resolve));
+  t.after(() => server.close());
+  const origin = `http://127.0.0.1:${server.address().port}/`;
+  await openPage(`${origin}index.html`, origin);
+  await paste('x action=log&a=1&//\ny action=event&b=x--amp--y&//\nno order here\n');
+  assert.deepEqual(await page.$eval('#decode-status', (element) => [element.dataset.orders, element.dataset.skipped]), ['2', '1']);
+  assert.equal(await page.$eval('#pieces-rows', (rows) => rows.textContent), '1a11');
+  await page.click('#log-rows tr[data-index="1"]');
+  assert.equal(await page.$eval('#pieces-rows', (rows) => rows.textContent), '1bx&yx--amp--y');
 });
