@@ -78,11 +78,12 @@ const InspectorBytes = (() => {
 
   const kTitles = { ctl: 'control byte', bad: 'byte that is not UTF-8' };
 
-  // Appends the bytes, made visible, to a DOM element.
-  function appendVisible(parent, bytes) {
+  // Appends the bytes, made visible, to a DOM element; `shape` may rewrite
+  // the runs of text (to escape quotes, say).
+  function appendVisible(parent, bytes, shape = (text) => text) {
     walk(
       bytes,
-      (text) => parent.append(text),
+      (text) => parent.append(shape(text)),
       (kind, label, byte) => {
         const span = document.createElement('span');
         span.className = kind;

@@ -325,8 +325,9 @@ function setUpDecodeView(pq) {
       const leaf = document.createElement('span');
       if (value instanceof Uint8Array) {
         leaf.className = 'json-string';
+        // Quoted as in JSON text, so that a quote inside reads as one.
         leaf.append('"');
-        appendVisible(leaf, value);
+        appendVisible(leaf, value, (text) => text.replace(/["\\]/g, '\\$&'));
         leaf.append('"');
       } else {
         leaf.className = `json-${value === null ? 'null' : typeof value}`;
