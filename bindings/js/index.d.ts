@@ -80,6 +80,8 @@ export interface CardReport<T extends Text = Text> {
   /** The brand's name ("PAYMENT_TYPE_VISA"), or null when none matches. */
   brand: string | null;
   masked: T;
+  /** The brand as `pqorder card` words it: the name, or "none (stored as NAME)", "unnamed (stored as NAME)". */
+  brandWords: string;
 }
 
 /** The order text of an action and its pieces: renderOrder('log', {level: 3}) -> 'action=log&level=3&//'. */

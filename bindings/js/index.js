@@ -481,9 +481,10 @@ export function checkPassword(text, policy = {}) {
 
 /**
  * The Luhn check, the brand (null when no brand matches) and the masked
- * form of a card number.
+ * form of a card number, and the brand in the words of `pqorder card`.
  *   checkCard('4111111111111111')
- *     -> {luhn: true, brand: 'PAYMENT_TYPE_VISA', masked: '************1111'}
+ *     -> {luhn: true, brand: 'PAYMENT_TYPE_VISA', masked: 'XXXX XXXX XXXX 1111',
+ *         brandWords: 'PAYMENT_TYPE_VISA'}
  */
 export function checkCard(number) {
   const input = textOf(number, 'card number');
@@ -492,7 +493,8 @@ export function checkCard(number) {
   return run(request, core._pq_check_card, (reply) => {
     const luhn = reply.number() === 1;
     const brand = reply.text(false);
-    return { luhn, brand: brand === '' ? null : brand, masked: reply.text(input instanceof Uint8Array) };
+    const masked = reply.text(input instanceof Uint8Array);
+    return { luhn, brand: brand === '' ? null : brand, masked, brandWords: reply.text(false) };
   });
 }
 

@@ -555,7 +555,8 @@ int pq_check_password(const std::uint8_t* data, std::size_t size) {
     });
 }
 
-// card number -> Luhn check, brand name (empty for none), masked form.
+// card number -> Luhn check, brand name (empty for none), masked form, the
+// brand in the tool's words.
 int pq_check_card(const std::uint8_t* data, std::size_t size) {
     return answer([&] {
         const PQWipedString number(kstring(reinterpret_cast<const char*>(data), size));
@@ -563,6 +564,7 @@ int pq_check_card(const std::uint8_t* data, std::size_t size) {
         const Cards::CREDITCARD_TYPE type = Cards::getCardType(number.get());
         putText(type == Cards::CREDITCARD_NONE ? "" : Cards::getWstringFromCardType(type));
         putAndWipe(*PQString::obfuscateNumber(number.get()));
+        putText(pqorder::brandWords(type));
     });
 }
 

@@ -151,6 +151,7 @@ test('checkCard: Luhn, brand and masked form as pqorder card gives them', () => 
         luhn: luhn === 'valid',
         brand: stored === null ? brand : stored[1] === 'none' ? null : stored[2],
         masked,
+        brandWords: brand,
       },
       number,
     );

@@ -78,9 +78,8 @@ function setUpCheckViews(pq) {
       report.textContent = 'luhn    invalid (no number)\n';
       return;
     }
-    const { luhn, brand, masked } = pq.checkCard(number);
-    report.textContent =
-      `luhn    ${luhn ? 'valid' : 'invalid'}\n` + `brand   ${brand ?? 'none'}\n` + `masked  ${masked}\n`;
+    const { luhn, brandWords, masked } = pq.checkCard(number);
+    report.textContent = `luhn    ${luhn ? 'valid' : 'invalid'}\n` + `brand   ${brandWords}\n` + `masked  ${masked}\n`;
   }
   $('card-number').addEventListener('input', checkCard);
   checkCard();

@@ -415,7 +415,7 @@ test('the password and card checks say what pqorder says', async () => {
   await shoot('password');
 
   await page.click('#tab-card');
-  for (const number of ['4111111111111111', '4111111111111112', '5500 0000 0000 0004', '378282246310005']) {
+  for (const number of ['4111111111111111', '4111111111111112', '5500 0000 0000 0004', '378282246310005', '1234']) {
     await page.$eval('#card-number', (input) => (input.value = ''));
     await page.type('#card-number', number);
     assert.equal(await page.$eval('#card-report', (report) => report.textContent), pqorder(['card', number]), number);
