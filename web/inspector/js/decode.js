@@ -87,6 +87,7 @@ function setUpDecodeView(pq) {
   });
 
   async function takeFile(file) {
+    clearTimeout(pending);
     input.value = '';
     decode(new Uint8Array(await file.arrayBuffer()), `${file.name} (${file.size.toLocaleString('en')} bytes)`);
   }
@@ -366,10 +367,11 @@ function setUpDecodeView(pq) {
   function masked(bytes) {
     const value = asText(bytes);
     const digits = value.replace(/[ -]/g, '').length;
-    if (kCardLike.test(value) && digits >= 12 && digits <= 19 && pq.checkCard(value).luhn) {
-      return pq.checkCard(value).masked;
+    if (!kCardLike.test(value) || digits < 12 || digits > 19) {
+      return kMask;
     }
-    return kMask;
+    const card = pq.checkCard(value);
+    return card.luhn ? card.masked : kMask;
   }
 
   function shareText(clear) {
