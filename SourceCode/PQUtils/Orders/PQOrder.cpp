@@ -10,6 +10,7 @@
 #include "PQDebug/PQDebug.h"
 #include "PQDebug/PQDebugString.h"
 #include "PQDebug/Resources/PQConst.h"
+#include "PQUtils/Orders/PQOrderTextInternal.h"
 #include "PQUtils/Orders/PQOrder_p.h"
 #include "PQUtils/Utils/PQBlockPoolInternal.h"
 #include "PQUtils/Utils/PQFailure.h"
@@ -268,40 +269,22 @@ void PQOrder::delete_orderPieceValue(const std::string& value) try {
 PQ_CATCH_AND_TREAT
 
 PQSecuredString PQOrder::get_orderString() const try {
-    const kstring& name = actionName(m_pPrivateImp->m_action);
-    if (name.empty()) {
-        return {};
-    }
     // Nested orders render through their own virtual operation; text values
     // are read in place.
     const auto& pieces = m_pPrivateImp->m_listOrderPiece;
     std::vector<PQSecuredString> nested;
-    struct Value {
-        std::string_view text;
-        std::size_t escapedSize;
-    };
-    std::vector<Value> values;
-    values.reserve(pieces.size());
-    std::size_t size = name.size() + 10;
+    std::vector<internal::OrderTextPiece> texts;
+    texts.reserve(pieces.size());
     for (const std::unique_ptr<PQOrderPiece>& piece : pieces) {
-        const std::string_view text =
-            piece->get_orderPieceType() == PQOrderPiece::TYPE_STRING
-                ? std::string_view(*piece->m_value.getStringSource())
-                : std::string_view(
-                      *nested.emplace_back(piece->get_localOrderString()).getStringSource());
-        values.push_back({text, internal::orderEscapedBound(text)});
-        size += piece->get_key().size() + 2 + values.back().escapedSize;
+        texts.push_back(
+            {piece->get_key(),
+             piece->get_orderPieceType() == PQOrderPiece::TYPE_STRING
+                 ? std::string_view(*piece->m_value.getStringSource())
+                 : std::string_view(
+                       *nested.emplace_back(piece->get_localOrderString()).getStringSource())});
     }
-    // Sized once, so that no partly written copy of the text is left behind
-    // unwiped as it grows.
     PQWipedString text;
-    text.get().reserve(size);
-    text.get().append("action=").append(name);
-    for (std::size_t i = 0; i < pieces.size(); ++i) {
-        text.get().append(1, '&').append(pieces[i]->get_key()).append(1, '=');
-        internal::appendOrderEscaped(text.get(), values[i].text, values[i].escapedSize);
-    }
-    text.get().append("&//");
+    internal::appendOrderText(text.get(), actionName(m_pPrivateImp->m_action), texts);
     return PQSecuredString(std::move(text.get()));
 }
 PQ_CATCH_AND_TREAT
@@ -349,5 +332,32 @@ bool PQOrder::get_initialized() const { return m_pPrivateImp->m_initialized; }
 void PQOrder::set_initialized(bool initialized) { m_pPrivateImp->m_initialized = initialized; }
 
 PQOrderType PQOrder::get_orderType() const { return m_pPrivateImp->m_orderType; }
+
+namespace internal {
+
+void appendOrderText(kstring& out, std::string_view action,
+                     std::span<const OrderTextPiece> pieces) {
+    if (action.empty()) {
+        return;
+    }
+    constexpr std::string_view kHead = "action=";
+    constexpr std::string_view kEnd = "&//";
+    std::size_t size = out.size() + kHead.size() + action.size() + kEnd.size();
+    for (const OrderTextPiece& piece : pieces) {
+        size += piece.key.size() + 2 + orderEscapedBound(piece.value);
+    }
+    reserveAtLeast(out, size);
+    out.append(kHead).append(action);
+    for (const OrderTextPiece& piece : pieces) {
+        out.push_back('&');
+        out.append(piece.key);
+        out.push_back('=');
+        // The whole text has its room already.
+        appendOrderEscaped(out, piece.value, 0);
+    }
+    out.append(kEnd);
+}
+
+} // namespace internal
 
 } // namespace PQ_UTILS

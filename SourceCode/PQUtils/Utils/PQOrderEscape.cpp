@@ -380,7 +380,7 @@ std::size_t orderEscapedBound(std::string_view value, bool lineFeeds) noexcept {
 
 void appendOrderEscaped(kstring& out, std::string_view value, std::size_t room, bool lineFeeds,
                         BlockPath path) {
-    out.reserve(out.size() + room);
+    reserveAtLeast(out, out.size() + room);
     StagedOutput staged(out);
     onPath(path, [&](auto onIt) {
         withStops(lineFeeds, [&](const auto& stops) {

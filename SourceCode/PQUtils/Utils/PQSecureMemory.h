@@ -20,6 +20,15 @@ void secureWipe(void* data, std::size_t size) noexcept;
 // wherever secret text dies.
 void secureWipe(kstring& text) noexcept;
 
+// Room for `size` bytes in `text`, never less than it has. A reserve below
+// the capacity shrinks the string in some standard libraries (libc++ 13, as
+// in Emscripten): the text would move and leave its old copy unwiped.
+inline void reserveAtLeast(kstring& text, std::size_t size) {
+    if (size > text.capacity()) {
+        text.reserve(size);
+    }
+}
+
 // A function told of each text wipe, after the zeros are written and before
 // the memory can be freed, with the wiped bytes. For tests and audits; at
 // most one, none by default (nullptr removes it).

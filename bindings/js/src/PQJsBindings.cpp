@@ -21,6 +21,7 @@
 #include <vector>
 
 #include "../../../tools/pqorder/PQPasswordRules.h"
+#include "PQUtils/Orders/PQOrderTextInternal.h"
 #include "PQUtils/PQUtils.h"
 #include "PQUtils/Utils/PQOrderEscapeInternal.h"
 #include "PQUtils/Utils/PQSecureMemory.h"
@@ -127,6 +128,13 @@ template <class Call> int answer(Call call) noexcept {
     return 1;
 }
 
+// The name of an action, as the order writer spells it; fails as the
+// library does for a value without one.
+const kstring& nameOf(PQReceivedOrderType action) {
+    return *PQ_DEBUG::getWstringFromIntT<PQReceivedOrderType>(
+        PQ_DEBUG::PQObjectType_PQReceivedOrderType, action, &initialize_public_PQReceivedOrderType);
+}
+
 // The action of a request: its name, or its value written in decimal when
 // the flag before it is set. Each look-up fails as the library does.
 PQReceivedOrderType actionOf(Request& request) {
@@ -134,9 +142,7 @@ PQReceivedOrderType actionOf(Request& request) {
     const kstring text(request.text());
     if (isValue) {
         const auto action = static_cast<PQReceivedOrderType>(std::stoi(text));
-        (void)PQ_DEBUG::getWstringFromIntT<PQReceivedOrderType>(
-            PQ_DEBUG::PQObjectType_PQReceivedOrderType, action,
-            &initialize_public_PQReceivedOrderType);
+        (void)nameOf(action);
         return action;
     }
     return PQ_DEBUG::getIntFromWstringT<PQReceivedOrderType>(
@@ -417,37 +423,75 @@ std::size_t pq_heap_in_use() { return static_cast<std::size_t>(mallinfo().uordbl
 int pq_render_order(const std::uint8_t* data, std::size_t size) {
     return answer([&] {
         Request request(data, size);
-        PQOrder order(actionOf(request), PQOrderType_ORDER_NORMAL);
-        PQWipedString key;
-        PQWipedString value;
+        const PQReceivedOrderType action = actionOf(request);
+        // The keys and values are read where they lie in the request (which
+        // is wiped when freed): no order tree to build and take apart.
+        std::vector<internal::OrderTextPiece> pieces;
         for (std::uint32_t count = request.number(); count > 0; --count) {
-            request.secret(key);
-            request.secret(value);
-            order.add_orderPiece_noCheck(key.get(), value.get());
+            const std::string_view key = request.text();
+            pieces.push_back({key, request.text()});
         }
-        putSecured(order.get_orderString());
+        PQWipedString text;
+        internal::appendOrderText(text.get(), nameOf(action), pieces);
+        putText(text.get());
     });
 }
+
+// The reader's pieces written into the reply as they are found: the count
+// first (filled in at the end), then key and value of each. The drops are
+// kept apart, since their texts follow all the pieces'.
+class ReplySink final : public internal::OrderTextSink {
+public:
+    explicit ReplySink(bool removeEntities)
+        : m_removeEntities(removeEntities), m_countAt(gNumbers.size()) {
+        putNumber(0);
+    }
+    ReplySink(const ReplySink&) = delete;
+    ReplySink& operator=(const ReplySink&) = delete;
+    ~ReplySink() override {
+        for (PQDroppedElement& element : m_dropped) {
+            secureWipe(element.element);
+        }
+    }
+
+    void piece(std::string_view key, std::string_view rawValue) override {
+        m_value.get().clear();
+        internal::appendOrderValue(m_value.get(), rawValue, m_removeEntities);
+        // Room first, so that a piece goes in whole or not at all.
+        gNumbers.reserve(gNumbers.size() + 2);
+        roomFor(key.size() + m_value.get().size());
+        putText(key);
+        putText(m_value.get());
+        ++gNumbers[m_countAt];
+    }
+    void dropped(std::size_t index, std::string_view element, std::string_view reason) override {
+        m_dropped.push_back({index, kstring(element), kstring(reason)});
+    }
+
+    void putDropped() {
+        putNumber(static_cast<std::uint32_t>(m_dropped.size()));
+        for (PQDroppedElement& element : m_dropped) {
+            putNumber(static_cast<std::uint32_t>(element.index));
+            putText(element.element);
+            putText(element.reason);
+        }
+    }
+
+private:
+    bool m_removeEntities;
+    std::size_t m_countAt;
+    PQWipedString m_value;
+    std::vector<PQDroppedElement> m_dropped;
+};
 
 // order text -> number of pieces, key and value of each; number of dropped
 // elements, index, text and reason of each.
 int pq_parse_order(const std::uint8_t* data, std::size_t size, int removeEntities) {
     return answer([&] {
-        std::vector<PQDroppedElement> dropped;
-        const auto pieces = PQReceivedOrder::getOrderPiecesFromOrder(
-            PQSourceOrderWrapper(kstring(reinterpret_cast<const char*>(data), size)),
-            removeEntities != 0, dropped);
-        putNumber(static_cast<std::uint32_t>(pieces->size()));
-        for (const PQOrderPiece& piece : *pieces) {
-            putText(piece.get_key());
-            putSecured(piece.get_pieceValue());
-        }
-        putNumber(static_cast<std::uint32_t>(dropped.size()));
-        for (PQDroppedElement& element : dropped) {
-            putNumber(static_cast<std::uint32_t>(element.index));
-            putAndWipe(element.element);
-            putText(element.reason);
-        }
+        ReplySink sink(removeEntities != 0);
+        internal::getOrderPiecesFromOrder(
+            PQSourceOrderWrapper(kstring(reinterpret_cast<const char*>(data), size)), sink);
+        sink.putDropped();
     });
 }
 

@@ -63,6 +63,12 @@ function heapHolds(secret) {
   return Buffer.from(heap.buffer, heap.byteOffset, heap.length).indexOf(needle) >= 0;
 }
 
+// The secret first, then values with escapes, long enough to move a text
+// that is not sized at once.
+function longOrder(secret) {
+  return [['password', `${secret}=&//`], ...Array.from({ length: 8 }, (_, i) => [`k${i}`, 'v=&//'.repeat(40 * i)])];
+}
+
 // Not here: an order with a malformed element, whose report (the library's
 // log record and failure message) holds the order's text and is freed
 // unwiped, in the module as in the native library.
@@ -73,6 +79,9 @@ test('secret text leaves no copy in the heap', () => {
     ['a password forbidden bytes', 'Pw-1-secret-4711', (s) => pq.checkPassword('x', { forbid: s })],
     ['an order rendered', 'Pw-2-secret-4711', (s) => pq.renderOrder('log', { password: s })],
     ['an order parsed', 'Pw-3-secret-4711', (s) => pq.parseOrder(`action=log&password=${s}&//`)],
+    // Texts that grow piece by piece, past what a first guess holds.
+    ['a long order rendered', 'Pw-6-secret-4711', (s) => pq.renderOrder('log', longOrder(s))],
+    ['a long order parsed', 'Pw-7-secret-4711', (s) => pq.parseOrder(pq.renderOrder('log', longOrder(s)))],
     ['a JSON order', 'Pw-4-secret-4711', (s) => pq.parseJsonContent(pq.renderJsonOrder('log', { p: s }))],
     ['an escaped value', 'Pw-5-secret-4711', (s) => pq.unescape(pq.escape(s))],
     ['a card number', '5500000000004711', (s) => pq.checkCard(s)],

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "PQUtils/Orders/PQOrderTextInternal.h"
 #include "PQUtils/Utils/PQByteSearchInternal.h"
 #include "PQUtils/Utils/PQByteSetInternal.h"
 #include "PQUtils/Utils/PQFailure.h"
@@ -63,20 +64,32 @@ constexpr std::string_view kTokenStart = "--";
 // show the drops.
 constexpr std::string_view kNotKeyValue = "not key=value";
 
-// Appends the piece of a well-formed element, its "=" at `equals`. The value
-// is made once, where it is kept: no partial copy of it is left behind.
-void appendPiece(PQReceivedOrder::PieceList& pieces, std::string_view element, std::size_t equals,
-                 bool removeEntities) {
-    const std::string_view raw = element.substr(equals + 1);
-    kstring value;
-    if (removeEntities && findBytes(raw, kTokenStart) != std::string_view::npos) {
-        value.reserve(raw.size()); // restoring only shortens
-        internal::appendOrderUnescaped(value, raw);
-    } else {
-        value.assign(raw);
+// Keeps the pieces in the reader's list, and the drops where asked.
+class PieceListSink final : public internal::OrderTextSink {
+public:
+    PieceListSink(PQReceivedOrder::PieceList& pieces, bool removeEntities,
+                  std::vector<PQDroppedElement>* dropped)
+        : m_pieces(pieces), m_removeEntities(removeEntities), m_dropped(dropped) {}
+
+    void expect(std::size_t elements) override { m_pieces.reserve(elements); }
+    // The value is made once, where it is kept: no partial copy of it is
+    // left behind.
+    void piece(std::string_view key, std::string_view rawValue) override {
+        kstring value;
+        internal::appendOrderValue(value, rawValue, m_removeEntities);
+        m_pieces.emplace_back(kstring(key), std::move(value));
     }
-    pieces.emplace_back(kstring(element.substr(0, equals)), std::move(value));
-}
+    void dropped(std::size_t index, std::string_view element, std::string_view reason) override {
+        if (m_dropped != nullptr) {
+            m_dropped->push_back({index, kstring(element), kstring(reason)});
+        }
+    }
+
+private:
+    PQReceivedOrder::PieceList& m_pieces;
+    bool m_removeEntities;
+    std::vector<PQDroppedElement>* m_dropped;
+};
 
 // The condition texts of the age checks with an output argument.
 constexpr std::string_view kAgeNotNegative = "msecs >= 0";
@@ -141,50 +154,61 @@ std::unique_ptr<PQReceivedOrder::PieceList>
 PQReceivedOrder::getOrderPiecesFromOrder(const PQSourceOrderWrapper& source, bool removeEntities,
                                          std::vector<PQDroppedElement>* dropped) try {
     auto pieces = std::make_unique<PieceList>();
-    try {
-        const std::string_view text = withoutEndMark(*source.getStringSource());
-        pieces->reserve(internal::ByteSet("&").count(text) + 1);
-        PQElementReport report(source);
-        // One element per "&"-separated part of the text, empty ones skipped.
-        std::size_t index = 0;
-        for (std::size_t start = 0; start <= text.size(); ++index) {
-            const std::size_t end = std::min(findBytes(text, "&", start), text.size());
-            const std::string_view element = text.substr(start, end - start);
-            start = end + 1;
-            if (element.empty() || element == "//") {
-                continue;
-            }
-            const auto drop = [&](std::string_view reason) {
-                if (dropped != nullptr) {
-                    dropped->push_back({index, kstring(element), kstring(reason)});
-                }
-            };
-            try {
-                const std::size_t equals = findBytes(element, "=");
-                if (equals == std::string_view::npos ||
-                    findBytes(element, "=", equals + 1) != std::string_view::npos) {
-                    // Treated where it is found: a page can send many of these.
-                    PQException failure = frame::assertionFailure(
-                        "key_value->size() == 2",
-                        frame::precisions(kstring("blibli2 - ").append(element)), PQ_FRAME_SITE());
-                    frame::treatFinal(failure, true, report.text(), PQ_FRAME_SITE());
-                    drop(kNotKeyValue);
-                    continue;
-                }
-                try {
-                    appendPiece(*pieces, element, equals, removeEntities);
-                } catch (const std::exception& failure) {
-                    drop(failure.what()); // and treated below, as every failure here
-                    throw;
-                }
-            }
-            PQ_CATCH_AND_TREAT_FINAL(true, report.text())
-        }
-    }
-    PQ_CATCH_AND_TREAT_CONTEXT(reportOf("getOrderPiecesFromOrder_3 - order: ", source))
+    PieceListSink sink(*pieces, removeEntities, dropped);
+    internal::getOrderPiecesFromOrder(source, sink);
     return pieces;
 }
 PQ_CATCH_AND_TREAT_CONTEXT(reportOf("getOrderPiecesFromOrder - order: ", source))
+
+namespace internal {
+
+void appendOrderValue(kstring& out, std::string_view rawValue, bool removeEntities) {
+    if (removeEntities && findBytes(rawValue, kTokenStart) != std::string_view::npos) {
+        reserveAtLeast(out, out.size() + rawValue.size()); // restoring only shortens
+        appendOrderUnescaped(out, rawValue);
+    } else {
+        out.append(rawValue);
+    }
+}
+
+void getOrderPiecesFromOrder(const PQSourceOrderWrapper& source, OrderTextSink& sink) try {
+    const std::string_view text = withoutEndMark(*source.getStringSource());
+    sink.expect(ByteSet("&").count(text) + 1);
+    PQElementReport report(source);
+    std::size_t index = 0;
+    for (std::size_t start = 0; start <= text.size(); ++index) {
+        const std::size_t end = std::min(findBytes(text, "&", start), text.size());
+        const std::string_view element = text.substr(start, end - start);
+        start = end + 1;
+        if (element.empty() || element == "//") {
+            continue;
+        }
+        try {
+            const std::size_t equals = findBytes(element, "=");
+            if (equals == std::string_view::npos ||
+                findBytes(element, "=", equals + 1) != std::string_view::npos) {
+                // Treated where it is found: a page can send many of these.
+                PQException failure = frame::assertionFailure(
+                    "key_value->size() == 2",
+                    frame::precisions(kstring("blibli2 - ").append(element)), PQ_FRAME_SITE());
+                frame::treatFinal(failure, true, report.text(), PQ_FRAME_SITE());
+                sink.dropped(index, element, kNotKeyValue);
+                continue;
+            }
+            try {
+                sink.piece(element.substr(0, equals), element.substr(equals + 1));
+            } catch (const std::exception& failure) {
+                sink.dropped(index, element,
+                             failure.what()); // and treated below, as every failure here
+                throw;
+            }
+        }
+        PQ_CATCH_AND_TREAT_FINAL(true, report.text())
+    }
+}
+PQ_CATCH_AND_TREAT_CONTEXT(reportOf("getOrderPiecesFromOrder_3 - order: ", source))
+
+} // namespace internal
 
 kstring PQReceivedOrder::getOrderPieceValueFromOrder(const kstring& order, const kstring& key) try {
     const std::size_t posKey = findBytes(order, key);
