@@ -96,7 +96,8 @@ PQ_ARM64_PACKAGES=(
 
 # The wasm preset and the JavaScript package's tests: Emscripten (its Debian
 # build runs on the system's Clang and reads acorn from NODE_PATH), Node.js
-# with npm for the package, and Chromium for the strict CSP page. Node.js is
+# with npm for the package and the inspector page's test dependencies, and
+# Chromium for the strict CSP page and the inspector page's tests. Node.js is
 # any version from 18 on, Debian's or another one already installed.
 # shellcheck disable=SC2034 # used by the scripts that source this file
 PQ_WASM_PACKAGES=(

@@ -7,8 +7,9 @@
 # same sanitizers), optimised (where GCC finds more to warn about), and
 # optimised for aarch64, run under qemu-aarch64. Then the threads suite
 # under ThreadSanitizer, every fuzz target for a few seconds
-# (scripts/fuzz.sh runs them longer), and the JavaScript package: its
-# WebAssembly build and its tests, against the native pqorder.
+# (scripts/fuzz.sh runs them longer), the JavaScript package: its
+# WebAssembly build and its tests, against the native pqorder, and the
+# order inspector page's tests in headless Chromium.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -49,3 +50,10 @@ cmake --preset wasm
 cmake --build --preset wasm
 # Checked against the native pqorder of the release build above.
 (cd bindings/js && PQORDER="$PWD/../../build/release/tools/pqorder/pqorder" node --test test/*.test.mjs)
+
+echo "=== inspector ==="
+# The order inspector page in Debian's Chromium, headless, driven by
+# puppeteer-core from its lock file (which downloads no browser), opened
+# from disk with the package the wasm build wrote next to it.
+(cd web/inspector && npm ci --no-audit --no-fund &&
+    PQORDER="$PWD/../../build/release/tools/pqorder/pqorder" node --test test/*.test.mjs)

@@ -80,6 +80,8 @@ export interface CardReport<T extends Text = Text> {
   /** The brand's name ("PAYMENT_TYPE_VISA"), or null when none matches. */
   brand: string | null;
   masked: T;
+  /** The brand as `pqorder card` words it: the name, or "none (stored as NAME)", "unnamed (stored as NAME)". */
+  brandWords: string;
 }
 
 /** The order text of an action and its pieces: renderOrder('log', {level: 3}) -> 'action=log&level=3&//'. */
@@ -116,6 +118,15 @@ export function toBase64(bytes: Text): string;
 /** Percent-decoding, as the library does it. */
 export function urlDecode(text: string): string;
 export function urlDecode(text: Uint8Array): Uint8Array;
+
+/** An action of the vocabulary: its name and value. */
+export interface Action {
+  name: string;
+  value: number;
+}
+
+/** The action vocabulary, in the library's order. */
+export function actions(): Action[];
 
 /** Bytes in use on the module's heap. */
 export function heapInUse(): number;

@@ -481,9 +481,10 @@ export function checkPassword(text, policy = {}) {
 
 /**
  * The Luhn check, the brand (null when no brand matches) and the masked
- * form of a card number.
+ * form of a card number, and the brand in the words of `pqorder card`.
  *   checkCard('4111111111111111')
- *     -> {luhn: true, brand: 'PAYMENT_TYPE_VISA', masked: '************1111'}
+ *     -> {luhn: true, brand: 'PAYMENT_TYPE_VISA', masked: 'XXXX XXXX XXXX 1111',
+ *         brandWords: 'PAYMENT_TYPE_VISA'}
  */
 export function checkCard(number) {
   const input = textOf(number, 'card number');
@@ -492,7 +493,8 @@ export function checkCard(number) {
   return run(request, core._pq_check_card, (reply) => {
     const luhn = reply.number() === 1;
     const brand = reply.text(false);
-    return { luhn, brand: brand === '' ? null : brand, masked: reply.text(input instanceof Uint8Array) };
+    const masked = reply.text(input instanceof Uint8Array);
+    return { luhn, brand: brand === '' ? null : brand, masked, brandWords: reply.text(false) };
   });
 }
 
@@ -507,6 +509,22 @@ export function toBase64(bytes) {
 /** Percent-decoding, as the library does it. */
 export function urlDecode(text) {
   return runOnText(core._pq_url_decode, text, 'text');
+}
+
+/**
+ * The action vocabulary, in the library's order: each action's name and
+ * value (the number an order's action stands for).
+ *   actions() -> [{name: 'NO_TYPE', value: 0}, ..., {name: 'log', value: ...}, ...]
+ */
+export function actions() {
+  return run(new Request(0), core._pq_actions, (reply) => {
+    const list = [];
+    for (let count = reply.number(); count > 0; --count) {
+      const value = reply.number() | 0;
+      list.push({ name: reply.text(false), value });
+    }
+    return list;
+  });
 }
 
 /** Bytes in use on the module's heap: for tests that calls give back what they take. */

@@ -22,16 +22,6 @@ std::string readAll(std::istream& in) {
     return text;
 }
 
-// The brand name, and for a number without one the name it is stored under.
-std::string brandOf(Cards::CREDITCARD_TYPE type) {
-    std::string stored = Cards::getWstringFromCardType(type);
-    if (type == Cards::CREDITCARD_NONE || type == Cards::CREDITCARD_UNNAMED) {
-        return (type == Cards::CREDITCARD_NONE ? "none" : "unnamed") + std::string(" (stored as ") +
-               stored + ")";
-    }
-    return stored;
-}
-
 Status checkCard(const std::string& number, std::ostream& out) {
     if (number.empty()) {
         out << "luhn    invalid (no number)\n";
@@ -39,7 +29,7 @@ Status checkCard(const std::string& number, std::ostream& out) {
     }
     const bool valid = Cards::isCardNumberValid(number);
     out << "luhn    " << (valid ? "valid" : "invalid") << '\n'
-        << "brand   " << brandOf(Cards::getCardType(number)) << '\n'
+        << "brand   " << brandWords(Cards::getCardType(number)) << '\n'
         << "masked  " << *PQString::obfuscateNumber(number) << '\n';
     return valid ? Status::ok : Status::invalid;
 }

@@ -100,4 +100,14 @@ std::vector<const char*> classesOf(unsigned int details) {
     return names;
 }
 
+std::string brandWords(PQ_UTILS::PQCreditCardNumberValidator::CREDITCARD_TYPE type) {
+    using Cards = PQ_UTILS::PQCreditCardNumberValidator;
+    std::string stored = Cards::getWstringFromCardType(type);
+    if (type == Cards::CREDITCARD_NONE || type == Cards::CREDITCARD_UNNAMED) {
+        return (type == Cards::CREDITCARD_NONE ? "none" : "unnamed") + std::string(" (stored as ") +
+               stored + ")";
+    }
+    return stored;
+}
+
 } // namespace pqorder

@@ -1,8 +1,9 @@
 #pragma once
 
 // The limits of the password policy with the words that name a breach of
-// each, and the classes of byte a password can hold with their names: the
-// words that `pqorder password` prints and the JavaScript package returns.
+// each, the classes of byte a password can hold with their names, and the
+// words of a card's brand: the words that `pqorder password` and `pqorder
+// card` print and the JavaScript package returns.
 
 #include <array>
 #include <optional>
@@ -11,6 +12,7 @@
 #include <vector>
 
 #include "PQOrderTool.h"
+#include "PQUtils/Utils/PQCreditCardNumberValidator.h"
 
 namespace pqorder {
 
@@ -47,5 +49,9 @@ void applyPolicy(const PasswordPolicy& policy);
 // The names of the classes in `details` (the bits of getPasswordDetails):
 // "letters", "digits", "lower-case", "upper-case", "special".
 [[nodiscard]] std::vector<const char*> classesOf(unsigned int details);
+
+// The brand of a card type in words: its name ("PAYMENT_TYPE_VISA"), and for
+// a type without one, "none" or "unnamed" with the name it is stored under.
+[[nodiscard]] std::string brandWords(PQ_UTILS::PQCreditCardNumberValidator::CREDITCARD_TYPE type);
 
 } // namespace pqorder

@@ -549,6 +549,18 @@ int pq_password_limits() {
     });
 }
 
+// -> the action vocabulary: its size, then each action's value and name.
+int pq_actions() {
+    return answer([] {
+        const auto& rows = get_PQReceivedOrderTypeRows();
+        putNumber(static_cast<std::uint32_t>(rows.size()));
+        for (const auto& row : rows) {
+            putNumber(static_cast<std::uint32_t>(row.value));
+            putText(row.name);
+        }
+    });
+}
+
 // per limit a flag and its value, a flag and the forbidden bytes, then the
 // password -> valid, the broken rules' words, the held classes' names.
 int pq_check_password(const std::uint8_t* data, std::size_t size) {
@@ -587,7 +599,8 @@ int pq_check_password(const std::uint8_t* data, std::size_t size) {
     });
 }
 
-// card number -> Luhn check, brand name (empty for none), masked form.
+// card number -> Luhn check, brand name (empty for none), masked form, the
+// brand in the tool's words.
 int pq_check_card(const std::uint8_t* data, std::size_t size) {
     return answer([&] {
         const PQWipedString number(kstring(reinterpret_cast<const char*>(data), size));
@@ -595,6 +608,7 @@ int pq_check_card(const std::uint8_t* data, std::size_t size) {
         const Cards::CREDITCARD_TYPE type = Cards::getCardType(number.get());
         putText(type == Cards::CREDITCARD_NONE ? "" : Cards::getWstringFromCardType(type));
         putAndWipe(*PQString::obfuscateNumber(number.get()));
+        putText(pqorder::brandWords(type));
     });
 }
 

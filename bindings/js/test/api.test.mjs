@@ -151,6 +151,7 @@ test('checkCard: Luhn, brand and masked form as pqorder card gives them', () => 
         luhn: luhn === 'valid',
         brand: stored === null ? brand : stored[1] === 'none' ? null : stored[2],
         masked,
+        brandWords: brand,
       },
       number,
     );
@@ -164,4 +165,16 @@ test('urlDecode: as pqorder urldecode decodes', () => {
   texts.forEach((text, i) => {
     assert.equal(Buffer.from(pq.urlDecode(bytes(text))).toString('latin1'), expected[i], text);
   });
+});
+
+test('actions: the vocabulary as pqorder actions lists it, names and values unique', () => {
+  const native = pqorder(['actions']).stdout.toString().trim().split('\n').map((line) => {
+    const [value, name] = line.split('\t');
+    return { name, value: Number(value) };
+  });
+  const list = pq.actions();
+  assert.deepEqual(list, native);
+  assert.equal(new Set(list.map((action) => action.name)).size, list.length);
+  assert.equal(new Set(list.map((action) => action.value)).size, list.length);
+  assert.ok(list.some((action) => action.name === 'log'));
 });
