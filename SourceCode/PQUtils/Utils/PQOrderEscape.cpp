@@ -402,7 +402,14 @@ void reserveWiped(kstring& out, std::size_t room) {
     if (needed <= out.capacity()) {
         return;
     }
-    // Even an empty text is wiped: a cleared buffer still holds what it had.
+    // A text in the string's own small buffer leaves nothing behind on the
+    // heap; a heap buffer is wiped even when the text is empty, since a
+    // cleared buffer still holds what it had.
+    static const std::size_t kSmallRoom = kstring().capacity();
+    if (out.capacity() <= kSmallRoom) {
+        out.reserve(needed);
+        return;
+    }
     kstring moved;
     moved.reserve(std::max(needed, 2 * out.capacity()));
     moved.append(out);

@@ -29,15 +29,22 @@ function timed(call) {
   return { ms: best, result };
 }
 
+// Measured again, up to three times, when a busy machine stretched one
+// run: a quadratic reader fails every time.
 function assertLinear(name, make, call, check) {
-  const small = timed(() => call(make(kMiB)));
-  const large = timed(() => call(make(4 * kMiB)));
-  check(small.result, kMiB);
-  check(large.result, 4 * kMiB);
-  console.log(`# ${name}: 1 MiB in ${small.ms.toFixed(1)} ms, 4 MiB in ${large.ms.toFixed(1)} ms`);
-  // Below a millisecond the clock says more about the machine than the reader.
-  const ratio = Math.max(large.ms, 1) / Math.max(small.ms, 1);
-  assert.ok(ratio < kGenerousFactor, `${name}: 1 MiB in ${small.ms} ms, 4 MiB in ${large.ms} ms`);
+  for (let attempt = 1; ; ++attempt) {
+    const small = timed(() => call(make(kMiB)));
+    const large = timed(() => call(make(4 * kMiB)));
+    check(small.result, kMiB);
+    check(large.result, 4 * kMiB);
+    console.log(`# ${name}: 1 MiB in ${small.ms.toFixed(1)} ms, 4 MiB in ${large.ms.toFixed(1)} ms`);
+    // Below a millisecond the clock says more about the machine than the reader.
+    const ratio = Math.max(large.ms, 1) / Math.max(small.ms, 1);
+    if (ratio < kGenerousFactor || attempt === 3) {
+      assert.ok(ratio < kGenerousFactor, `${name}: 1 MiB in ${small.ms} ms, 4 MiB in ${large.ms} ms`);
+      return;
+    }
+  }
 }
 
 const random = seededRandom('hostile');
