@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <optional>
@@ -248,16 +249,55 @@ constexpr std::array<std::uint8_t, 256> kRowOfThirdByte = [] {
     return table;
 }();
 
+// Each row's token as 8 bytes read at once, and which of them count (no
+// token is longer), so that a match is one load and one compare where the
+// text has 8 bytes left, not a call to memcmp.
+struct TokenWord {
+    std::uint64_t bytes = 0;
+    std::uint64_t mask = 0;
+};
+constexpr std::size_t kWord = sizeof(std::uint64_t);
+static_assert(std::all_of(kOrderEscapes.begin(), kOrderEscapes.end(),
+                          [](const EscapeToken& row) { return row.token.size() <= kWord; }));
+
+std::uint64_t loadWord(const char* at) noexcept {
+    std::uint64_t word = 0;
+    std::memcpy(&word, at, kWord);
+    return word;
+}
+
+// The word that loadWord() reads from memory holding `byte` at `index`.
+constexpr std::uint64_t byteInWord(unsigned char byte, std::size_t index) {
+    const std::size_t place =
+        std::endian::native == std::endian::little ? index : kWord - 1 - index;
+    return std::uint64_t{byte} << (8 * place);
+}
+
+constexpr std::array<TokenWord, kOrderEscapes.size()> kTokenWords = [] {
+    std::array<TokenWord, kOrderEscapes.size()> words{};
+    for (std::size_t row = 0; row < words.size(); ++row) {
+        const std::string_view token = kOrderEscapes[row].token;
+        for (std::size_t i = 0; i < token.size(); ++i) {
+            words[row].bytes |= byteInWord(static_cast<unsigned char>(token[i]), i);
+            words[row].mask |= byteInWord(0xFF, i);
+        }
+    }
+    return words;
+}();
+
 std::optional<TokenAt> orderTokenAt(std::string_view text, std::size_t pos) {
     if (text.size() - pos < 7 || text[pos + 1] != '-') {
         return std::nullopt; // 7: the shortest token
     }
     const std::size_t row = kRowOfThirdByte[static_cast<unsigned char>(text[pos + 2])];
-    if (row < kOrderEscapes.size() &&
-        text.substr(pos, kOrderEscapes[row].token.size()) == kOrderEscapes[row].token) {
-        return TokenAt{pos, row};
+    if (row == kOrderEscapes.size()) {
+        return std::nullopt;
     }
-    return std::nullopt;
+    const bool match =
+        text.size() - pos >= kWord
+            ? (loadWord(text.data() + pos) & kTokenWords[row].mask) == kTokenWords[row].bytes
+            : text.substr(pos, kOrderEscapes[row].token.size()) == kOrderEscapes[row].token;
+    return match ? std::optional<TokenAt>(TokenAt{pos, row}) : std::nullopt;
 }
 
 std::size_t tokenEnd(const TokenAt& token) {
