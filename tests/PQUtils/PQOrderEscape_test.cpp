@@ -19,7 +19,6 @@
 #include "support/WipeWatch.h"
 
 using PQ_UTILS::kstring;
-using PQ_UTILS::PQString;
 using PQ_UTILS::internal::BlockPath;
 using pqtest::orderEscapedInPasses;
 using pqtest::orderUnescapedInPasses;
