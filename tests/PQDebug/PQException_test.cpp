@@ -87,27 +87,6 @@ TEST(PQException, StandardAndUnknownFailuresBecomePQExceptions) {
     EXPECT_EQ(log.records().size(), 5U);
 }
 
-TEST(PQException, FinalFormsLogOnceEach) {
-    const pqtest::LogCapture log;
-    PQException e = makeException();
-    std::runtime_error error("boom");
-    PQException::func_TREAT_PQ_EXCEPTION_FINAL(e, true, "final ctx", PQLogType_EXCEPTION, 1, true,
-                                               true, "f", "F", 1);
-    PQException::func_TREAT_STD_EXCEPTION_FINAL(error, false, "", PQLogType_EXCEPTION, 1, true,
-                                                false, "f", "F", 2);
-    PQException::func_TREAT_PQ_EXCEPTION_P_FINAL(nullptr, false, "", PQLogType_EXCEPTION, 1, true,
-                                                 false, "f", "F", 3);
-    PQException::func_TREAT_STD_EXCEPTION_P_FINAL(&error, false, PQLogType_EXCEPTION, 1, true,
-                                                  false, "f", "F", 4);
-    PQException::func_TREAT_UNKNOWN_EXCEPTION_FINAL(false, "", PQLogType_EXCEPTION, 1, true, false,
-                                                    "f", "F", 5);
-    const auto records = log.records();
-    ASSERT_EQ(records.size(), 5U);
-    EXPECT_TRUE(contains(records[0].text, "final ctx"));
-    EXPECT_TRUE(contains(records[1].text, "boom"));
-    EXPECT_TRUE(contains(records[3].text, "boom"));
-}
-
 TEST(PQException, LongContextIsCutBeforeTheMessage) {
     const pqtest::LogCapture log;
     PQException e = makeException();

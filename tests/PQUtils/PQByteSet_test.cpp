@@ -104,15 +104,14 @@ void checkPath(BlockPath path, const Set& set, const char (&members)[M]) {
                 std::vector<std::size_t> expected;
                 std::vector<std::size_t> groups; // every group holding one
                 for (std::size_t i = 0; i < text.size(); ++i) {
-                    const std::size_t group = i - i % Set::kGroup;
-                    if (bytes.find(text[i]) != std::string_view::npos &&
-                        group + Set::kGroup <= text.size()) {
-                        if (groups.empty() || groups.back() != group) {
-                            groups.push_back(group);
-                        }
+                    if (bytes.find(text[i]) == std::string_view::npos) {
+                        continue;
                     }
-                    if (bytes.find(text[i]) != std::string_view::npos) {
-                        expected.push_back(i);
+                    expected.push_back(i);
+                    const std::size_t group = i - i % Set::kGroup;
+                    if (group + Set::kGroup <= text.size() &&
+                        (groups.empty() || groups.back() != group)) {
+                        groups.push_back(group);
                     }
                 }
                 const Scan scan = scanOn(path, set, text);

@@ -50,8 +50,6 @@ TEST(PQContextImage, FieldsTakeTheirParametersAndOwnOnlyTheirContainers) {
     EXPECT_EQ(&image->identifier1, &first);
     EXPECT_EQ(&image->identifier2, &second);
     EXPECT_EQ(image->context, slot<M::PQContext>(4));
-    EXPECT_EQ(image->contextManager, slot<M::PQContextManager>(5));
-    EXPECT_EQ(image->navigationController, slot<M::PQNavigationController>(8));
     EXPECT_EQ(image->extension, slot<M::PQIExtension>(19));
     EXPECT_EQ(image->instances, slot<M::PQInstances>(20));
     EXPECT_TRUE(image->meaningPagesByName.empty());

@@ -176,14 +176,19 @@ TEST(PQFailure, EveryExportedTreatmentLogsOneRecord) {
     finalSite([&](auto... a) { func_TREAT_UNKNOWN_EXCEPTION_FINAL(true, a...); });
     func_TREAT_STD_EXCEPTION_P_FINAL(&standard, true, PQLogType_EXCEPTION, 5, true, false, "f", "x",
                                      7);
+    finalSite([&](auto... a) { func_TREAT_PQ_EXCEPTION_P_FINAL(nullptr, true, a...); });
     const auto records = log.records();
-    ASSERT_EQ(records.size(), 10U);
+    ASSERT_EQ(records.size(), 11U);
     for (std::size_t i = 0; i < records.size(); ++i) {
         EXPECT_EQ(records[i].logType, PQLogType_EXCEPTION) << i;
         const bool fromStd = i == 1 || i == 4 || i == 6 || i == 9;
-        if (i != 2 && i != 8) { // the unknown treatments know no message
+        if (i != 2 && i != 8 && i != 10) { // the unknown treatments know no message
             EXPECT_NE(records[i].text.find(fromStd ? "std failure" : "pq failure"),
                       std::string::npos)
+                << i << ": " << records[i].text;
+        }
+        if (i != 9) { // the one form without a context
+            EXPECT_NE(records[i].text.find("ctx"), std::string::npos)
                 << i << ": " << records[i].text;
         }
     }

@@ -139,11 +139,3 @@ TEST(PQInit, LogFileNamedByTheEnvironmentAtStart) {
     });
     std::remove(path.c_str());
 }
-
-TEST(PQInit, CleaningFlagIsTheHosts) {
-    EXPECT_FALSE(PQInit::hasCleaningBegun());
-    PQInit::signalCleaningHasBegin();
-    EXPECT_TRUE(PQInit::hasCleaningBegun());
-    PQInit::signalCleaningHasStopped();
-    EXPECT_FALSE(PQInit::hasCleaningBegun());
-}

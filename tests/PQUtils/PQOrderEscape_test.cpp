@@ -14,12 +14,14 @@
 #include <gtest/gtest.h>
 
 #include "PQUtils/Utils/PQOrderEscapeInternal.h"
-#include "PQUtils/Utils/PQSecureMemory.h"
 #include "PQUtils/Utils/PQString.h"
+#include "support/OrderPasses.h"
+#include "support/WipeWatch.h"
 
 using PQ_UTILS::kstring;
-using PQ_UTILS::PQString;
 using PQ_UTILS::internal::BlockPath;
+using pqtest::orderEscapedInPasses;
+using pqtest::orderUnescapedInPasses;
 
 namespace {
 
@@ -33,20 +35,6 @@ std::vector<BlockPath> paths() {
         all.push_back(BlockPath::avx2);
     }
     return all;
-}
-
-kstring escapedInPasses(const kstring& value, bool lineFeeds) {
-    kstring text =
-        *PQString::removeDbleSlashes(*PQString::removeAmpersand(*PQString::removeEquals(value)));
-    if (lineFeeds) {
-        PQString::self_replace(text, "\n", "--endl--");
-    }
-    return text;
-}
-
-kstring unescapedInPasses(const kstring& text) {
-    return *PQString::restoreDbleSlashes(
-        *PQString::restoreAmpersand(*PQString::restoreEquals(text)));
 }
 
 // Text of `size` bytes after `align` bytes of padding, with about
@@ -79,14 +67,14 @@ TEST(PQOrderEscape, EveryPathEqualsThePasses) {
                 SCOPED_TRACE(testing::Message() << "density " << density << ", size " << size
                                                 << ", alignment " << align << ": " << value);
                 for (const bool lineFeeds : {false, true}) {
-                    const kstring expected = escapedInPasses(kstring(value), lineFeeds);
+                    const kstring expected = orderEscapedInPasses(kstring(value), lineFeeds);
                     for (const BlockPath path : paths()) {
                         kstring escaped = "prefix";
                         PQ_UTILS::internal::appendOrderEscaped(escaped, value, 0, lineFeeds, path);
                         ASSERT_EQ(escaped, "prefix" + expected) << static_cast<int>(path);
                     }
                 }
-                const kstring expected = unescapedInPasses(kstring(value));
+                const kstring expected = orderUnescapedInPasses(kstring(value));
                 for (const BlockPath path : paths()) {
                     kstring unescaped = "prefix";
                     PQ_UTILS::internal::appendOrderUnescaped(unescaped, value, path);
@@ -97,43 +85,34 @@ TEST(PQOrderEscape, EveryPathEqualsThePasses) {
     }
 }
 
-TEST(PQOrderEscape, AZeroByteEndsTheEscapingOnEveryPath) {
-    // The zero byte in every place of a block, specials on both sides.
-    for (std::size_t at = 0; at < 80; ++at) {
-        std::string value(80, 'x');
-        for (std::size_t k = 0; k < value.size(); k += 5) {
-            value[k] = k % 10 == 0 ? '=' : '/';
-        }
-        value[at] = '\0';
-        const std::string_view before(value.data(), at);
-        const kstring expected = escapedInPasses(kstring(before), false) + value.substr(at);
-        for (const BlockPath path : paths()) {
-            kstring escaped;
-            PQ_UTILS::internal::appendOrderEscaped(escaped, value, 0, false, path);
-            ASSERT_EQ(escaped, expected) << "zero at " << at;
-            kstring unescaped;
-            PQ_UTILS::internal::appendOrderUnescaped(unescaped, expected, path);
-            EXPECT_EQ(unescaped, unescapedInPasses(kstring(expected))) << "zero at " << at;
-        }
+TEST(PQOrderEscape, AZeroByteEndsTheWalksOnEveryPath) {
+    // The zero byte in every place of a block: in specials, in tokens, chains
+    // and dashes, and in what the specials escape to. Nothing after it is
+    // escaped, and what lies across it is no token.
+    std::string specials(80, 'x');
+    for (std::size_t k = 0; k < specials.size(); k += 5) {
+        specials[k] = k % 10 == 0 ? '=' : '/';
     }
-}
-
-TEST(PQOrderEscape, AZeroByteInsideATokenEndsTheUnescapingThere) {
-    // Tokens, chains and dashes, the zero at every place: what lies across
-    // it is no token.
-    std::string text;
-    while (text.size() < 100) {
-        text += "--equ----amp--x--dbsl--dbsl--y-";
+    std::string tokens;
+    while (tokens.size() < 100) {
+        tokens += "--equ----amp--x--dbsl--dbsl--y-";
     }
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        std::string value = text;
-        value[at] = '\0';
-        const kstring expected = unescapedInPasses(kstring(value));
-        for (const BlockPath path : paths()) {
-            kstring unescaped;
-            PQ_UTILS::internal::appendOrderUnescaped(unescaped, value, path);
-            ASSERT_EQ(unescaped, expected)
-                << "zero at " << at << ", path " << static_cast<int>(path);
+    for (const std::string& text : {specials, tokens, orderEscapedInPasses(specials)}) {
+        for (std::size_t at = 0; at < text.size(); ++at) {
+            std::string value = text;
+            value[at] = '\0';
+            const kstring escaped = orderEscapedInPasses(value.substr(0, at)) + value.substr(at);
+            const kstring unescaped = orderUnescapedInPasses(value);
+            for (const BlockPath path : paths()) {
+                SCOPED_TRACE(testing::Message() << "zero at " << at << " of " << text.substr(0, 20)
+                                                << ", path " << static_cast<int>(path));
+                kstring out;
+                PQ_UTILS::internal::appendOrderEscaped(out, value, 0, false, path);
+                ASSERT_EQ(out, escaped);
+                out.clear();
+                PQ_UTILS::internal::appendOrderUnescaped(out, value, path);
+                ASSERT_EQ(out, unescaped);
+            }
         }
     }
 }
@@ -148,8 +127,8 @@ TEST(PQOrderEscape, SpecialsAcrossTheEndOfAStretchOfCleanText) {
         for (std::size_t at = 4096 - 20; at < 4096 + 4; ++at) {
             std::string value(9000, 'x');
             value.replace(at, piece.size(), piece);
-            const kstring escaped = escapedInPasses(kstring(value), false);
-            const kstring unescaped = unescapedInPasses(kstring(value));
+            const kstring escaped = orderEscapedInPasses(kstring(value), false);
+            const kstring unescaped = orderUnescapedInPasses(kstring(value));
             for (const BlockPath path : paths()) {
                 SCOPED_TRACE(testing::Message()
                              << piece << " at " << at << ", path " << static_cast<int>(path));
@@ -181,36 +160,6 @@ TEST(PQOrderEscape, RoomOfTheBoundKeepsTheTextInPlace) {
     }
 }
 
-// The sizes of the texts wiped while it lives, and whether every byte of
-// each was zero.
-class WipeWatch {
-public:
-    struct Seen {
-        bool allZero;
-        std::size_t size;
-    };
-    WipeWatch() {
-        seen().clear();
-        PQ_UTILS::setWipeObserver(&record);
-    }
-    WipeWatch(const WipeWatch&) = delete;
-    WipeWatch& operator=(const WipeWatch&) = delete;
-    ~WipeWatch() { PQ_UTILS::setWipeObserver(nullptr); }
-    static std::vector<Seen>& seen() {
-        static std::vector<Seen> wipes;
-        return wipes;
-    }
-
-private:
-    static void record(const char* data, std::size_t size) {
-        bool allZero = true;
-        for (std::size_t k = 0; k < size; ++k) {
-            allZero = allZero && data[k] == '\0';
-        }
-        seen().push_back({allZero, size});
-    }
-};
-
 TEST(PQOrderEscape, TextThatGrowsWipesWhatItLeaves) {
     // Text that already holds a secret, with no room made: every buffer it
     // leaves while it grows is wiped whole, and it grows geometrically.
@@ -220,18 +169,18 @@ TEST(PQOrderEscape, TextThatGrowsWipesWhatItLeaves) {
     for (const BlockPath path : paths()) {
         for (const bool escaping : {true, false}) {
             SCOPED_TRACE(testing::Message() << static_cast<int>(path) << " " << escaping);
-            const WipeWatch watch;
+            const pqtest::WipeWatch watch;
             kstring text = secret;
             text.shrink_to_fit();
             const std::size_t capacity = text.capacity();
             if (escaping) {
                 PQ_UTILS::internal::appendOrderEscaped(text, value, 0, false, path);
-                EXPECT_EQ(text, secret + escapedInPasses(kstring(value), false));
+                EXPECT_EQ(text, secret + orderEscapedInPasses(kstring(value), false));
             } else {
                 PQ_UTILS::internal::appendOrderUnescaped(text, value, path);
-                EXPECT_EQ(text, secret + unescapedInPasses(kstring(value)));
+                EXPECT_EQ(text, secret + orderUnescapedInPasses(kstring(value)));
             }
-            const std::vector<WipeWatch::Seen>& wipes = WipeWatch::seen();
+            const auto& wipes = pqtest::WipeWatch::seen();
             ASSERT_FALSE(wipes.empty());
             EXPECT_GE(wipes.front().size, capacity);
             for (std::size_t k = 0; k < wipes.size(); ++k) {

@@ -6,12 +6,15 @@
 
 #include "PQDebug/PQException.h"
 #include "PQUtils/Utils/PQString.h"
+#include "support/OrderPasses.h"
 #include "support/TestSupport.h"
 
 using PQ_DEBUG::PQException;
 using PQ_DEBUG::PQNullPointerException;
 using PQ_UTILS::kstring;
 using PQ_UTILS::PQString;
+using pqtest::orderEscapedInPasses;
+using pqtest::orderUnescapedInPasses;
 
 namespace {
 
@@ -67,35 +70,6 @@ TEST(PQStringEscapes, UnescapingIsThreePassesInOrderAndNotAlwaysARoundTrip) {
     EXPECT_EQ(*PQString::restorePQEntities("&equ//"), "--amp--equ--dbsl--");
 }
 
-TEST(PQStringEscapes, ValuesWithoutDashesOrTokenLettersComeBack) {
-    // A fixed pseudo-random walk over the characters that get escaped.
-    const kstring alphabet = "=&/xyz";
-    std::uint32_t state = 12345;
-    for (int n = 0; n < 300; ++n) {
-        kstring value;
-        for (int i = 0; i < n % 23; ++i) {
-            state = state * 1664525U + 1013904223U;
-            value.push_back(alphabet[(state >> 16) % alphabet.size()]);
-        }
-        SCOPED_TRACE(value);
-        const kstring escaped = *PQString::restorePQEntities(value);
-        EXPECT_EQ(escaped.find_first_of("=&"), kstring::npos);
-        EXPECT_EQ(escaped.find("//"), kstring::npos);
-        EXPECT_EQ(*PQString::removePQEntities(escaped), value);
-    }
-}
-
-// The order escapes as their single-token passes in sequence: what the
-// one-walk forms must equal byte for byte.
-kstring escapedInPasses(const kstring& value) {
-    return *PQString::removeDbleSlashes(*PQString::removeAmpersand(*PQString::removeEquals(value)));
-}
-
-kstring unescapedInPasses(const kstring& text) {
-    return *PQString::restoreDbleSlashes(
-        *PQString::restoreAmpersand(*PQString::restoreEquals(text)));
-}
-
 TEST(PQStringEscapes, OneWalkEqualsThePassesOnTokenDenseText) {
     // Pieces of tokens glued together make overlapping chains of them.
     const std::vector<kstring> pieces = {"--equ--", "--amp--", "--dbsl--",      "--", "-",
@@ -109,8 +83,8 @@ TEST(PQStringEscapes, OneWalkEqualsThePassesOnTokenDenseText) {
             text += pieces[(state >> 16) % pieces.size()];
         }
         SCOPED_TRACE(text);
-        ASSERT_EQ(*PQString::removePQEntities(text), unescapedInPasses(text));
-        ASSERT_EQ(*PQString::restorePQEntities(text), escapedInPasses(text));
+        ASSERT_EQ(*PQString::removePQEntities(text), orderUnescapedInPasses(text));
+        ASSERT_EQ(*PQString::restorePQEntities(text), orderEscapedInPasses(text));
     }
 }
 
@@ -259,7 +233,7 @@ TEST(PQStringLinearTime, MegabyteInputs) {
     EXPECT_EQ(*PQString::removePQEntities(repeat("--amp--", kMiB / 7)), kstring(kMiB / 7, '&'));
     // One chain of overlapping tokens across the whole text.
     const kstring chain = repeat("--amp--equ--dbsl", kMiB / 16) + "--";
-    EXPECT_EQ(*PQString::removePQEntities(chain), unescapedInPasses(chain));
+    EXPECT_EQ(*PQString::removePQEntities(chain), orderUnescapedInPasses(chain));
     kstring slashes(kMiB, '/');
     PQString::self_replace(slashes, "/", "--");
     EXPECT_EQ(slashes.size(), 2 * kMiB);
