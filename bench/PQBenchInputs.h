@@ -98,6 +98,25 @@ inline std::vector<JsonMember> jsonMembers() {
 // benchmarks): the text each peer's output must agree with.
 std::string ourJsonMembersText();
 
+// With `churned` set, builds trees with `build` (a tree per call, returned
+// by unique_ptr) and destroys them in another order than they were made:
+// the allocators' free lists then hand out memory the way a process that
+// has run for a while does, not in the order of the next tree's nodes.
+template <class Build> void churn(std::int64_t churned, Build build) {
+    if (churned == 0) {
+        return;
+    }
+    for (int round = 0; round < 16; ++round) {
+        std::vector<decltype(build())> trees;
+        for (int i = 0; i < 4; ++i) {
+            trees.push_back(build());
+        }
+        for (const std::size_t i : {2U, 0U, 3U, 1U}) {
+            trees[i].reset();
+        }
+    }
+}
+
 // Runs `operation` over `input` and reports the bytes it reads per second.
 template <class Operation>
 void throughput(benchmark::State& state, const std::string& input, Operation operation) {

@@ -1,6 +1,7 @@
 // JSON orders: a 200-member object (strings with quotes, backslashes and
 // line feeds, numbers, booleans, arrays of five strings; about 7 KB of
-// text) rendered, built and rendered, and sent as order text; and a string
+// text) rendered (built fresh, and built after others were made and
+// destroyed), built and rendered, and sent as order text; and a string
 // value of 1 MiB of quotes and backslashes escaped and read back.
 
 #include <cstdint>
@@ -52,9 +53,18 @@ std::size_t renderedSize(const PQJsonOrder& node) {
     return node.get_localOrderString().getStringSource()->size();
 }
 
+// Argument 1: the tree is built after others were built and destroyed, as
+// in a process that has been running for a while, so that its nodes do not
+// lie in the order of the walk.
 void BM_JsonRender(benchmark::State& state) {
+    const std::vector<JsonMember> members = pqbench::jsonMembers();
+    pqbench::churn(state.range(0), [&] {
+        auto earlier = std::make_unique<PQJsonObject>();
+        addMembers(*earlier, members);
+        return earlier;
+    });
     PQJsonObject object;
-    addMembers(object, pqbench::jsonMembers());
+    addMembers(object, members);
     const pqbench::AllocationsPerIteration allocations;
     for (auto _ : state) {
         PQSourceOrderPieceWrapper out;
@@ -63,7 +73,7 @@ void BM_JsonRender(benchmark::State& state) {
     }
     pqbench::perOperation(state, renderedSize(object), allocations);
 }
-BENCHMARK(BM_JsonRender);
+BENCHMARK(BM_JsonRender)->Arg(0)->Arg(1);
 
 void BM_JsonBuildAndRender(benchmark::State& state) {
     const std::vector<JsonMember> members = pqbench::jsonMembers();

@@ -41,8 +41,9 @@ import sys
 #   time:   our time is at most the bound (ns)
 #   allocs: our allocations per operation are at most the bound
 # A sixth item makes a row a sweep: the points of NAME/DENSITY/SIZE (density
-# in tenths of a percent) within its bounds, each of ours paired with the
-# peer's point of the same suffix, the row judged by the worst one.
+# in tenths of a percent) within its bounds, or of NAME/CASE, each of ours
+# paired with the peer's point of the same suffix, the row judged by the
+# worst one.
 ESCAPES = {"max_density": 100, "min_size": 2048}  # up to 10%, 2 KiB and up
 MIB = {"min_size": 1 << 20}
 TARGETS = [
@@ -69,8 +70,8 @@ TARGETS = [
      "BM_RenderOrder", "BM_Peer_BoostUrl_ParseQuery", "faster", 2),
     ("Allocations to parse it: at most 1 per piece (20 pieces, the action aside)",
      "BM_ParseOrder", None, "allocs", 20),
-    ("Render a 200-member JSON tree vs RapidJSON Writer",
-     "BM_JsonRender", "BM_Peer_RapidJson_Render", "faster", 1.2),
+    ("Render a 200-member JSON tree vs RapidJSON Writer, built fresh (0) and after churn (1)",
+     "BM_JsonRender", "BM_Peer_RapidJson_Render", "faster", 1.2, {}),
     ("Build and render it vs nlohmann/json",
      "BM_JsonBuildAndRender", "BM_Peer_Nlohmann_BuildAndRender", "faster", 1),
     ("Luhn on 16 digits (isCardNumberValid) vs a plain loop",
@@ -93,15 +94,18 @@ for run in json.load(open(sys.argv[1]))["benchmarks"]:
 
 
 def sweep_points(name, bounds):
-    """The suffixes ("/DENSITY/SIZE") of the points of `name` within `bounds`."""
+    """The suffixes ("/DENSITY/SIZE", or "/CASE") of the points of `name`
+    within `bounds`, which only a density and a size are held to."""
     points = []
     for run_name in medians:
         parts = run_name.split("/")
-        if parts[0] != name or len(parts) != 3:
+        if parts[0] != name or len(parts) < 2:
             continue
-        density, size = int(parts[1]), int(parts[2])
-        if density <= bounds.get("max_density", density) and size >= bounds.get("min_size", 0):
-            points.append(f"/{density}/{size}")
+        if len(parts) == 3:
+            density, size = int(parts[1]), int(parts[2])
+            if density > bounds.get("max_density", density) or size < bounds.get("min_size", 0):
+                continue
+        points.append("/" + "/".join(parts[1:]))
     return sorted(points, key=lambda p: tuple(int(x) for x in p.split("/")[1:]))
 
 
