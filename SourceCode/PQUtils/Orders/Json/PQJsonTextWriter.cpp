@@ -258,6 +258,15 @@ private:
             return;
         }
         const PQOrderPiece& piece = *(*top.pieces)[top.next];
+        // A tree built in a process that has run for a while lies anywhere
+        // in memory: the piece after next and what the next one points to
+        // are asked for now, so that they arrive while this one is written.
+        if (top.next + 2 < top.pieces->size()) {
+            __builtin_prefetch((*top.pieces)[top.next + 2].get());
+            const PQOrderPiece& following = *(*top.pieces)[top.next + 1];
+            __builtin_prefetch(following.m_value.content());
+            __builtin_prefetch(following.m_orderPieceValue.get());
+        }
         const Shape container = top.shape;
         const bool first = top.next++ == 0;
         const bool isNode = piece.get_orderPieceType() == PQOrderPiece::TYPE_ORDER;
