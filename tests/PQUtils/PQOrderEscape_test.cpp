@@ -37,6 +37,20 @@ std::vector<BlockPath> paths() {
     return all;
 }
 
+// Both walks give `escaped` and `unescaped` for `value` on every path.
+void expectWalksOnEveryPath(std::string_view value, const kstring& escaped,
+                            const kstring& unescaped) {
+    for (const BlockPath path : paths()) {
+        SCOPED_TRACE(testing::Message() << "path " << static_cast<int>(path));
+        kstring out;
+        PQ_UTILS::internal::appendOrderEscaped(out, value, 0, false, path);
+        ASSERT_EQ(out, escaped);
+        out.clear();
+        PQ_UTILS::internal::appendOrderUnescaped(out, value, path);
+        ASSERT_EQ(out, unescaped);
+    }
+}
+
 // Text of `size` bytes after `align` bytes of padding, with about
 // `density` of its pieces special: escaped bytes alone and in runs,
 // tokens, parts of tokens and dashes, which chain when glued together.
@@ -101,18 +115,10 @@ TEST(PQOrderEscape, AZeroByteEndsTheWalksOnEveryPath) {
         for (std::size_t at = 0; at < text.size(); ++at) {
             std::string value = text;
             value[at] = '\0';
-            const kstring escaped = orderEscapedInPasses(value.substr(0, at)) + value.substr(at);
-            const kstring unescaped = orderUnescapedInPasses(value);
-            for (const BlockPath path : paths()) {
-                SCOPED_TRACE(testing::Message() << "zero at " << at << " of " << text.substr(0, 20)
-                                                << ", path " << static_cast<int>(path));
-                kstring out;
-                PQ_UTILS::internal::appendOrderEscaped(out, value, 0, false, path);
-                ASSERT_EQ(out, escaped);
-                out.clear();
-                PQ_UTILS::internal::appendOrderUnescaped(out, value, path);
-                ASSERT_EQ(out, unescaped);
-            }
+            SCOPED_TRACE(testing::Message() << "zero at " << at << " of " << text.substr(0, 20));
+            ASSERT_NO_FATAL_FAILURE(expectWalksOnEveryPath(
+                value, orderEscapedInPasses(value.substr(0, at)) + value.substr(at),
+                orderUnescapedInPasses(value)));
         }
     }
 }
@@ -127,18 +133,9 @@ TEST(PQOrderEscape, SpecialsAcrossTheEndOfAStretchOfCleanText) {
         for (std::size_t at = 4096 - 20; at < 4096 + 4; ++at) {
             std::string value(9000, 'x');
             value.replace(at, piece.size(), piece);
-            const kstring escaped = orderEscapedInPasses(kstring(value), false);
-            const kstring unescaped = orderUnescapedInPasses(kstring(value));
-            for (const BlockPath path : paths()) {
-                SCOPED_TRACE(testing::Message()
-                             << piece << " at " << at << ", path " << static_cast<int>(path));
-                kstring text;
-                PQ_UTILS::internal::appendOrderEscaped(text, value, 0, false, path);
-                ASSERT_EQ(text, escaped);
-                text.clear();
-                PQ_UTILS::internal::appendOrderUnescaped(text, value, path);
-                ASSERT_EQ(text, unescaped);
-            }
+            SCOPED_TRACE(testing::Message() << piece << " at " << at);
+            ASSERT_NO_FATAL_FAILURE(expectWalksOnEveryPath(
+                value, orderEscapedInPasses(value, false), orderUnescapedInPasses(value)));
         }
     }
 }
