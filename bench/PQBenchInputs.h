@@ -106,9 +106,11 @@ template <class Build> void churn(std::int64_t churned, Build build) {
     if (churned == 0) {
         return;
     }
+    constexpr std::size_t kTrees = 4;
     for (int round = 0; round < 16; ++round) {
         std::vector<decltype(build())> trees;
-        for (int i = 0; i < 4; ++i) {
+        trees.reserve(kTrees);
+        for (std::size_t i = 0; i < kTrees; ++i) {
             trees.push_back(build());
         }
         for (const std::size_t i : {2U, 0U, 3U, 1U}) {
